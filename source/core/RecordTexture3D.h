@@ -1,0 +1,95 @@
+#pragma once
+// RecordTexture3D: everything a generator shares once its whole state is one
+// `Record` struct — the record copy and version rule, the batch loop, the
+// header accessors and its GeneratorInfo.
+//
+// A generator `G` derives from RecordTexture3D<G> and provides:
+//   struct Record { BaseData header = makeHeader(...); <fields>... };
+//   Record record_;                       (its only data member)
+//   static constexpr std::string_view kName; kMajorVersion, kMinorVersion, kRecordSize;
+//   static constexpr FieldInfo kFields[];
+//   static float evaluate(const Record&, int flags, float x, float y, float z);
+// and, where it reads older layouts,
+//   static void convertOlderRecord(Record&, const char* in);
+//
+// Its .cpp instantiates `template class RecordTexture3D<G>;` beside
+// `evaluate`, so the batch loop is compiled where the evaluator can inline.
+
+#include <cstring>
+#include <new>
+#include <string>
+#include <type_traits>
+
+#include "core/GeneratorInfo.h"
+#include "core/Texture3D.h"
+
+namespace gritwell {
+
+template <class Derived>
+class RecordTexture3D : public Texture3D {
+public:
+    float operator()(const float* p) override {
+        return Derived::evaluate(record(), flags(), p[0], p[1], p[2]);
+    }
+
+    void operator()(const float* points, int n, float* out) override {
+        const auto& r = record();
+        const int f = flags();
+        for (int i = 0; i < n; ++i, points += 3)
+            out[i] = Derived::evaluate(r, f, points[0], points[1], points[2]);
+    }
+
+    // Exactly the record's compile-time size, whatever byte 0 says; the
+    // caller's buffer may overlap ours.
+    void getDescription(char* out) override {
+        std::memmove(out, &record(), sizeof(typename Derived::Record));
+    }
+
+    // A record of our version is adopted whole, header included; any other
+    // version is converted where the generator knows the layout, and is
+    // otherwise ignored. A mismatching record is never copied raw.
+    void setStateFromDescription(const char* in) override {
+        auto& r = self().record_;
+        if (versionsMatch(in, r.header))
+            std::memcpy(&r, in, sizeof r);
+        else
+            Derived::convertOlderRecord(r, in);
+    }
+
+    static std::string name() { return std::string(Derived::kName); }
+    static int majorVersion() { return Derived::kMajorVersion; }
+    static int minorVersion() { return Derived::kMinorVersion; }
+
+    bool interactiveUpdate() const { return record().header.interactiveUpdate != 0; }
+    void setInteractiveUpdate(bool on) { self().record_.header.interactiveUpdate = on ? 1 : 0; }
+
+    const auto& record() const { return static_cast<const Derived&>(*this).record_; }
+
+    static const GeneratorInfo& info() {
+        static const GeneratorInfo kInfo{Derived::kName, Derived::kMajorVersion,
+                                         Derived::kMinorVersion, Derived::kRecordSize,
+                                         Derived::kFields, &create};
+        return kInfo;
+    }
+
+protected:
+    RecordTexture3D() {
+        static_assert(std::is_final_v<Derived>);
+        // Released through the base destructor: nothing else may need running.
+        static_assert(std::is_trivially_destructible_v<Derived>);
+        using Record = typename Derived::Record;
+        static_assert(std::is_standard_layout_v<Record> && std::is_trivially_copyable_v<Record>);
+        static_assert(sizeof(Record) == Derived::kRecordSize && Derived::kRecordSize <= 255);
+        static_assert(offsetof(Record, header) == 0);
+    }
+
+    // Generators without older layouts ignore records of other versions.
+    template <class Record>
+    static void convertOlderRecord(Record&, const char*) {}
+
+private:
+    Derived& self() { return static_cast<Derived&>(*this); }
+    static Texture3D* create() { return new Derived(); }
+};
+
+}  // namespace gritwell

@@ -1,0 +1,65 @@
+// The host's session: open a generator from a state record, evaluate it at
+// batches of points, close it. Nothing here reports failure to the host:
+// unknown names, other versions and calls outside a session all return 1.0
+// and leave the session as it was.
+
+#include <cstring>
+
+#include "core/Texture3D.h"
+#include "plugin/HostInterface.h"
+#include "textures/TextureFactory.h"
+
+#define GRITWELL_EXPORT __attribute__((visibility("default")))
+
+using gritwell::Texture3D;
+
+namespace {
+// The one current generator of the loaded library; null outside a session.
+Texture3D* t3D = nullptr;
+}  // namespace
+
+extern "C" {
+
+GRITWELL_EXPORT float beginSession(char*, double, char* record, int, char* transforms, int,
+                                   void*) {
+    if (record == nullptr) return 1.0f;
+    Texture3D* texture = gritwell::TextureFactory::create(Texture3D::recordName(record));
+    if (texture == nullptr) return 1.0f;
+    // A session opened twice without endSession abandons the first
+    // generator: the host pairs its calls, and freeing here could pull the
+    // generator from under a host that does not.
+    t3D = texture;
+    t3D->setStateFromDescription(record);
+    if (transforms != nullptr) {
+        int flags;
+        std::memcpy(&flags, transforms, sizeof flags);
+        t3D->setFlags(flags);
+    }
+    return 1.0f;
+}
+
+GRITWELL_EXPORT float continueSession(char*, double, char* out, int, char* pointsBlock, int,
+                                      void*) {
+    if (pointsBlock == nullptr) return 1.0f;
+    int n;
+    std::memcpy(&n, pointsBlock, sizeof n);
+    if (t3D == nullptr || out == nullptr) return 1.0f;
+    const auto* points = reinterpret_cast<const float*>(pointsBlock + sizeof n);
+    (*t3D)(points, n, reinterpret_cast<float*>(out));
+    return 1.0f;
+}
+
+GRITWELL_EXPORT float continueSessionOne(char* point, double, char*, int, char*, int, void*) {
+    if (t3D == nullptr || point == nullptr) return 1.0f;
+    float p[3];
+    std::memcpy(p, point, sizeof p);
+    return (*t3D)(p);
+}
+
+GRITWELL_EXPORT float endSession(char*, double, char*, int, char*, int, void*) {
+    Texture3D::release(t3D);
+    t3D = nullptr;
+    return 1.0f;
+}
+
+}  // extern "C"

@@ -1,0 +1,45 @@
+#pragma once
+// "Constant": the same intensity everywhere, unclamped.
+
+#include <iosfwd>
+#include <string_view>
+
+#include "core/BaseData.h"
+#include "core/RecordTexture3D.h"
+
+namespace gritwell {
+
+class ConstantTexture3D final : public RecordTexture3D<ConstantTexture3D> {
+public:
+    static constexpr std::string_view kName = "Constant";
+    static constexpr int kMajorVersion = 2;
+    static constexpr int kMinorVersion = 0;
+    static constexpr int kRecordSize = 40;
+
+    struct Record {
+        BaseData header = makeHeader(kRecordSize, kName, kMajorVersion, kMinorVersion);
+        float constant = 0.5f;  // the output intensity
+    };
+    static constexpr FieldInfo kFields[] = {
+        {"constant", offsetof(Record, constant), FieldType::Float},
+    };
+
+    static float evaluate(const Record& r, int flags, float x, float y, float z);
+
+    float getConstant() const { return record_.constant; }
+    void setConstant(float c) { record_.constant = c; }
+
+private:
+    friend class RecordTexture3D<ConstantTexture3D>;
+    Record record_;
+};
+
+static_assert(offsetof(ConstantTexture3D::Record, constant) == 36);
+
+// A debugging aid: the constant and a newline, and back.
+std::ostream& operator<<(std::ostream& os, const ConstantTexture3D& t);
+std::istream& operator>>(std::istream& is, ConstantTexture3D& t);
+
+extern template class RecordTexture3D<ConstantTexture3D>;
+
+}  // namespace gritwell
