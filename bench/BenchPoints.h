@@ -1,0 +1,37 @@
+#pragma once
+// A fixed cloud of points for the benchmarks: the same every run.
+
+#include <cstddef>
+#include <random>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+
+struct BenchPoint {
+    float x, y, z;
+};
+
+// 4096 points in [-8, 8)^3 from a fixed seed: small enough to stay in cache,
+// varied enough that branches cannot be learnt.
+inline const std::vector<BenchPoint>& benchPoints() {
+    static const std::vector<BenchPoint> points = [] {
+        std::mt19937 rng(12345);
+        std::uniform_real_distribution<float> coord(-8.0f, 8.0f);
+        std::vector<BenchPoint> p(4096);
+        for (BenchPoint& q : p) q = {coord(rng), coord(rng), coord(rng)};
+        return p;
+    }();
+    return points;
+}
+
+// Times f(point) over the cloud, one point per iteration.
+template <class F>
+void benchOverPoints(benchmark::State& state, F&& f) {
+    const auto& pts = benchPoints();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(f(pts[i]));
+        i = (i + 1) & (pts.size() - 1);
+    }
+    state.SetItemsProcessed(state.iterations());
+}

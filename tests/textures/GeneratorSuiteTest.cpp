@@ -1,0 +1,139 @@
+// Properties every generator the host can open must have. A new generator
+// joins this suite by being in the factory.
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <random>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "textures/TextureFactory.h"
+
+using namespace gritwell;
+
+namespace {
+
+class EveryGenerator : public testing::TestWithParam<const GeneratorInfo*> {
+protected:
+    TexturePtr make() const { return TexturePtr(GetParam()->create()); }
+    std::vector<char> description(Texture3D& t) const {
+        std::vector<char> bytes(256, '\x5a');
+        t.getDescription(bytes.data());
+        return bytes;
+    }
+};
+
+std::vector<float> randomPoints(int n, float extent, unsigned seed) {
+    std::mt19937 rng(seed);
+    std::uniform_real_distribution<float> coord(-extent, extent);
+    std::vector<float> p(3 * n);
+    for (float& v : p) v = coord(rng);
+    return p;
+}
+
+}  // namespace
+
+TEST_P(EveryGenerator, FactoryBuildsItByNameWithItsHeader) {
+    const GeneratorInfo& info = *GetParam();
+    TexturePtr t(TextureFactory::create(info.name));
+    ASSERT_NE(t, nullptr);
+    const std::vector<char> d = description(*t);
+    EXPECT_EQ(static_cast<unsigned char>(d[0]), info.recordSize);
+    EXPECT_EQ(Texture3D::recordName(d.data()), info.name);
+    EXPECT_EQ(Texture3D::majorVersion(d.data()), info.majorVersion);
+    EXPECT_EQ(Texture3D::minorVersion(d.data()), info.minorVersion);
+    EXPECT_EQ(d[35], 1) << "interactive update defaults to on";
+    EXPECT_EQ(d[info.recordSize], '\x5a') << "description wrote past the record";
+}
+
+TEST_P(EveryGenerator, FieldTableCoversTheRecordWithoutOverlap) {
+    const GeneratorInfo& info = *GetParam();
+    std::vector<int> owner(info.recordSize, -1);
+    for (std::size_t i = 0; i < info.fields.size(); ++i) {
+        const FieldInfo& f = info.fields[i];
+        ASSERT_GE(f.offset, 36u) << f.name;
+        ASSERT_LE(f.offset + fieldWidth(f.type), static_cast<std::size_t>(info.recordSize)) << f.name;
+        EXPECT_EQ(f.offset % 4, 0u) << f.name << " is not 4-byte aligned";
+        for (std::size_t b = f.offset; b < f.offset + fieldWidth(f.type); ++b) {
+            EXPECT_EQ(owner[b], -1) << f.name << " overlaps another field";
+            owner[b] = static_cast<int>(i);
+        }
+    }
+}
+
+TEST_P(EveryGenerator, BatchEqualsSinglePointEvaluation) {
+    TexturePtr t = make();
+    for (int flags : {2, 4, 8}) {
+        t->setFlags(flags);
+        const int n = 500;
+        std::vector<float> pts = randomPoints(n, 6.0f, 7);
+        std::vector<float> out(n + 1, -7.0f);
+        (*t)(pts.data(), n, out.data());
+        for (int i = 0; i < n; ++i)
+            ASSERT_EQ(out[i], (*t)(&pts[3 * i])) << "point " << i << " flags " << flags;
+        EXPECT_EQ(out[n], -7.0f);
+        (*t)(pts.data(), 0, out.data());
+        (*t)(pts.data(), -3, out.data());
+        EXPECT_EQ(out[0], (*t)(&pts[0])) << "n <= 0 must write nothing";
+    }
+}
+
+TEST_P(EveryGenerator, DescriptionRoundTripsThroughAFreshGenerator) {
+    TexturePtr a = make();
+    std::vector<char> record = description(*a);
+    record[35] = 0;  // interactive update off, to see it adopted
+    TexturePtr b = make();
+    b->setStateFromDescription(record.data());
+    EXPECT_EQ(description(*b), record);
+}
+
+TEST_P(EveryGenerator, RecordOfAnotherVersionChangesNothing) {
+    const GeneratorInfo& info = *GetParam();
+    TexturePtr t = make();
+    const std::vector<char> before = description(*t);
+    std::vector<char> other(256, '\x33');
+    std::memcpy(other.data(), before.data(), 36);
+    other[35] = 0;
+    for (auto [major, minor] : {std::pair{info.majorVersion + 7, info.minorVersion},
+                                std::pair{info.majorVersion, info.minorVersion + 1},
+                                std::pair{-128, 0}}) {
+        other[33] = static_cast<char>(major);
+        other[34] = static_cast<char>(minor);
+        t->setStateFromDescription(other.data());
+        EXPECT_EQ(description(*t), before) << "version " << major << "." << minor;
+    }
+}
+
+TEST_P(EveryGenerator, NonFiniteAndHugePointsGiveAValue) {
+    TexturePtr t = make();
+    const float inf = std::numeric_limits<float>::infinity();
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const float odd[] = {inf, -inf, nan, 1e30f, -1e30f, -1.0f, 0.0f, -0.0f, 1e-40f, 3e9f};
+    for (int flags : {2, 12})
+        for (float x : odd)
+            for (float y : odd) {
+                t->setFlags(flags);
+                const float p[3] = {x, y, -x};
+                (void)(*t)(p);  // must not crash or trip the sanitizers
+            }
+}
+
+TEST_P(EveryGenerator, DefaultsAreFiniteInUnitRangeOverSpace) {
+    TexturePtr t = make();
+    std::vector<float> pts = randomPoints(2000, 50.0f, 11);
+    for (int i = 0; i < 2000; ++i) {
+        const float v = (*t)(&pts[3 * i]);
+        ASSERT_TRUE(std::isfinite(v));
+        ASSERT_GE(v, 0.0f);
+        ASSERT_LE(v, 1.0f);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Factory, EveryGenerator, testing::ValuesIn(TextureFactory::hostGenerators()),
+                         [](const testing::TestParamInfo<const GeneratorInfo*>& info) {
+                             std::string name(info.param->name);
+                             std::erase(name, ' ');
+                             return name;
+                         });

@@ -1,0 +1,80 @@
+#include "RecordFile.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+
+#include "CliError.h"
+#include "core/Texture3D.h"
+#include "textures/TextureFactory.h"
+
+namespace gritwell {
+
+std::vector<unsigned char> defaultRecord(const GeneratorInfo& generator) {
+    TexturePtr texture(generator.create());
+    std::vector<unsigned char> bytes(generator.recordSize);
+    texture->getDescription(reinterpret_cast<char*>(bytes.data()));
+    return bytes;
+}
+
+LoadedRecord readRecordFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) throw CliError("cannot read '" + path + "': " + std::strerror(errno));
+    std::vector<unsigned char> bytes;
+    char c;
+    while (bytes.size() <= 256 && in.get(c)) bytes.push_back(static_cast<unsigned char>(c));
+    if (bytes.size() < sizeof(BaseData) || bytes.size() > 255)
+        throw CliError("'" + path + "' is not a state record: " +
+                       (bytes.size() > 255 ? std::string("more than 255") : std::to_string(bytes.size())) +
+                       " bytes, a record holds 36 to 255");
+
+    const char* raw = reinterpret_cast<const char*>(bytes.data());
+    const std::string name = Texture3D::recordName(raw);
+    if (name.size() == sizeof(BaseData::name))
+        throw CliError("'" + path + "' is damaged: its generator name is not terminated");
+    const GeneratorInfo* generator = TextureFactory::find(name);
+    if (generator == nullptr)
+        throw CliError("'" + path + "' is a record of an unknown generator '" + name +
+                       "' (see 'gritwell list')");
+
+    const bool current = Texture3D::majorVersion(raw) == generator->majorVersion &&
+                         Texture3D::minorVersion(raw) == generator->minorVersion;
+    if (current && bytes.size() < static_cast<std::size_t>(generator->recordSize))
+        throw CliError("'" + path + "' is damaged: " + std::to_string(bytes.size()) + " bytes, a " +
+                       name + " record holds " + std::to_string(generator->recordSize));
+    return {std::move(bytes), generator, current};
+}
+
+LoadedRecord resolveRecord(const std::string& nameOrFile) {
+    if (const GeneratorInfo* generator = TextureFactory::find(nameOrFile))
+        return {defaultRecord(*generator), generator, true};
+    std::error_code ec;
+    if (!std::filesystem::exists(nameOrFile, ec))
+        throw CliError("'" + nameOrFile +
+                       "' is neither a generator name nor a record file (see 'gritwell list')");
+    return readRecordFile(nameOrFile);
+}
+
+void writeFileAtomically(const std::string& path, const void* data, std::size_t size) {
+    const std::string temporary = path + ".partial";
+    {
+        std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
+        if (!out) throw CliError("cannot write '" + path + "'");
+        out.write(static_cast<const char*>(data), static_cast<std::streamsize>(size));
+        out.flush();
+        if (!out) {
+            std::remove(temporary.c_str());
+            throw CliError("cannot write '" + path + "'");
+        }
+    }
+    std::error_code ec;
+    std::filesystem::rename(temporary, path, ec);
+    if (ec) {
+        std::remove(temporary.c_str());
+        throw CliError("cannot write '" + path + "': " + ec.message());
+    }
+}
+
+}  // namespace gritwell

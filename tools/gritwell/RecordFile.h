@@ -1,0 +1,31 @@
+#pragma once
+// State records as files: exactly the record's bytes, as the host stores them.
+
+#include <string>
+#include <vector>
+
+#include "core/GeneratorInfo.h"
+
+namespace gritwell {
+
+struct LoadedRecord {
+    std::vector<unsigned char> bytes;  // as read: 36 to 255 bytes
+    const GeneratorInfo* generator;    // the generator its name selects
+    bool currentVersion;               // its version is the generator's own
+};
+
+// The defaults of a generator, as its description writes them.
+std::vector<unsigned char> defaultRecord(const GeneratorInfo& generator);
+
+// Reads and checks a record file; a damaged or foreign file is a CliError
+// that says what is wrong with it.
+LoadedRecord readRecordFile(const std::string& path);
+
+// A generator name (its defaults) or a record file.
+LoadedRecord resolveRecord(const std::string& nameOrFile);
+
+// Writes through a temporary file renamed into place, so an interrupted or
+// failed write never leaves a half-written file at `path`.
+void writeFileAtomically(const std::string& path, const void* data, std::size_t size);
+
+}  // namespace gritwell

@@ -1,0 +1,166 @@
+#include "RecordJson.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+
+#include "CliError.h"
+#include "core/Texture3D.h"
+#include "textures/TextureFactory.h"
+
+namespace gritwell {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr std::string_view kInteractiveUpdate = "interactiveUpdate";
+
+// The shortest decimal that reads back as the same float, so 0.1f shows as
+// 0.1 and not as the double nearest to it. JSON has no NaN or infinity:
+// those travel as the strings "nan", "inf" and "-inf".
+Json floatToJson(float v) {
+    if (std::isnan(v)) return "nan";
+    if (std::isinf(v)) return v > 0 ? "inf" : "-inf";
+    char text[32];
+    const auto end = std::to_chars(text, text + sizeof text, v).ptr;
+    return std::strtod(std::string(text, end).c_str(), nullptr);
+}
+
+std::string fieldNames(const GeneratorInfo& generator) {
+    std::string names = std::string(kInteractiveUpdate);
+    for (const FieldInfo& f : generator.fields) names += ", " + std::string(f.name);
+    return names;
+}
+
+[[noreturn]] void badValue(const GeneratorInfo& generator, std::string_view field,
+                           std::string_view type, const std::string& value) {
+    throw CliError("field '" + std::string(field) + "' of " + std::string(generator.name) +
+                   " is " + std::string(type) + "; '" + value + "' is not");
+}
+
+bool parseBool(const GeneratorInfo& generator, std::string_view field, const std::string& text) {
+    if (text == "true" || text == "1" || text == "on") return true;
+    if (text == "false" || text == "0" || text == "off") return false;
+    badValue(generator, field, "a bool (true or false)", text);
+}
+
+std::int32_t parseInt(const GeneratorInfo& generator, std::string_view field, const std::string& text) {
+    std::int32_t v = 0;
+    const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), v);
+    if (ec != std::errc() || end != text.data() + text.size() || text.empty())
+        badValue(generator, field, "a 32-bit integer", text);
+    return v;
+}
+
+float parseFloat(const GeneratorInfo& generator, std::string_view field, const std::string& text) {
+    char* end = nullptr;
+    const float v = std::strtof(text.c_str(), &end);
+    if (text.empty() || end != text.c_str() + text.size() || std::isspace(static_cast<unsigned char>(text[0])))
+        badValue(generator, field, "a float", text);
+    return v;
+}
+
+// The text form of a JSON value, for fields given as JSON.
+std::string jsonText(const Json& value) {
+    if (value.is_string()) return value.get<std::string>();
+    if (value.is_number_float()) {
+        // Round through float's shortest form so 0.1 means 0.1f exactly.
+        char text[32];
+        const auto end = std::to_chars(text, text + sizeof text, value.get<double>()).ptr;
+        return std::string(text, end);
+    }
+    return value.dump();
+}
+
+void setField(std::vector<unsigned char>& record, const GeneratorInfo& generator,
+              std::string_view field, const std::string& text) {
+    if (field == kInteractiveUpdate) {
+        record[offsetof(BaseData, interactiveUpdate)] = parseBool(generator, field, text) ? 1 : 0;
+        return;
+    }
+    const FieldInfo* f = generator.field(field);
+    if (f == nullptr)
+        throw CliError("'" + std::string(generator.name) + "' has no field '" + std::string(field) +
+                       "' (fields: " + fieldNames(generator) + ")");
+    switch (f->type) {
+        case FieldType::Int32: writeIntField(record.data(), *f, parseInt(generator, field, text)); break;
+        case FieldType::Float: writeFloatField(record.data(), *f, parseFloat(generator, field, text)); break;
+        case FieldType::Bool: writeBoolField(record.data(), *f, parseBool(generator, field, text)); break;
+    }
+}
+
+}  // namespace
+
+Json recordToJson(const LoadedRecord& record) {
+    const auto& bytes = record.bytes;
+    const char* raw = reinterpret_cast<const char*>(bytes.data());
+    Json json;
+    json["generator"] = Texture3D::recordName(raw);
+    json["version"] = std::to_string(Texture3D::majorVersion(raw)) + "." +
+                      std::to_string(Texture3D::minorVersion(raw));
+    json["size"] = bytes[0];
+    json[kInteractiveUpdate] = bytes[offsetof(BaseData, interactiveUpdate)] != 0;
+    if (!record.currentVersion) {
+        // Another layout: its fields are not ours to name.
+        json["note"] = "not the current version " + std::to_string(record.generator->majorVersion) +
+                       "." + std::to_string(record.generator->minorVersion) +
+                       "; the plug-in keeps the defaults for this record";
+        return json;
+    }
+    Json fields = Json::object();
+    for (const FieldInfo& f : record.generator->fields) {
+        switch (f.type) {
+            case FieldType::Int32: fields[f.name] = readIntField(bytes.data(), f); break;
+            case FieldType::Float: fields[f.name] = floatToJson(readFloatField(bytes.data(), f)); break;
+            case FieldType::Bool: fields[f.name] = readBoolField(bytes.data(), f); break;
+        }
+    }
+    json["fields"] = fields;
+    return json;
+}
+
+std::vector<unsigned char> recordFromJson(const Json& json) {
+    if (!json.is_object() || !json.contains("generator") || !json["generator"].is_string())
+        throw CliError("a record in JSON needs a \"generator\" name");
+    const std::string name = json["generator"].get<std::string>();
+    const GeneratorInfo* generator = TextureFactory::find(name);
+    if (generator == nullptr) throw CliError("unknown generator '" + name + "' (see 'gritwell list')");
+    std::vector<unsigned char> record = defaultRecord(*generator);
+
+    for (const auto& [key, value] : json.items()) {
+        if (key == "generator" || key == "note") continue;
+        if (key == "version") {
+            const std::string current =
+                std::to_string(generator->majorVersion) + "." + std::to_string(generator->minorVersion);
+            if (jsonText(value) != current)
+                throw CliError("only the current version " + current + " of " + name +
+                               " can be written, not " + jsonText(value));
+        } else if (key == "size") {
+            if (!value.is_number_integer() || value.get<int>() < 0 || value.get<int>() > 255)
+                throw CliError("\"size\" is the record's size byte, 0 to 255");
+            record[0] = static_cast<unsigned char>(value.get<int>());
+        } else if (key == kInteractiveUpdate) {
+            setField(record, *generator, key, jsonText(value));
+        } else if (key == "fields") {
+            if (!value.is_object()) throw CliError("\"fields\" must be an object");
+            for (const auto& [field, fieldValue] : value.items())
+                setField(record, *generator, field, jsonText(fieldValue));
+        } else {
+            throw CliError("unknown key \"" + key +
+                           "\" (a record has generator, version, size, interactiveUpdate, fields)");
+        }
+    }
+    return record;
+}
+
+void setFieldFromText(std::vector<unsigned char>& record, const GeneratorInfo& generator,
+                      const std::string& assignment) {
+    const auto eq = assignment.find('=');
+    if (eq == std::string::npos || eq == 0)
+        throw CliError("'" + assignment + "' is not FIELD=VALUE");
+    setField(record, generator, std::string_view(assignment).substr(0, eq), assignment.substr(eq + 1));
+}
+
+}  // namespace gritwell

@@ -1,0 +1,24 @@
+#pragma once
+// State records as JSON: the header and the named fields of the generator's
+// field table, in record order.
+
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "RecordFile.h"
+
+namespace gritwell {
+
+nlohmann::ordered_json recordToJson(const LoadedRecord& record);
+
+// Builds a record from JSON: the generator's defaults, then every key given.
+// Unknown keys, wrong types and foreign versions are CliErrors.
+std::vector<unsigned char> recordFromJson(const nlohmann::ordered_json& json);
+
+// Sets one field from its text form ("depth=2", "interactiveUpdate=false").
+void setFieldFromText(std::vector<unsigned char>& record, const GeneratorInfo& generator,
+                      const std::string& assignment);
+
+}  // namespace gritwell

@@ -1,0 +1,23 @@
+#pragma once
+// Greyscale pictures of a texture: the slice z = const of the square
+// [0, extent] x [0, extent], x to the right and y up, one sample at each
+// pixel's centre, evaluated through the plug-in.
+
+#include <vector>
+
+#include "PluginLibrary.h"
+#include "PngWriter.h"
+
+namespace gritwell {
+
+struct SliceView {
+    int size = 256;        // pixels on a side
+    float z = 0.0f;
+    float extent = 4.0f;   // texture units across
+    bool planar = false;   // the host's planar flag
+};
+
+GreyImage renderSlice(PluginLibrary& plugin, const std::vector<unsigned char>& record,
+                      const SliceView& view);
+
+}  // namespace gritwell
