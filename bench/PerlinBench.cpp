@@ -1,0 +1,96 @@
+#include "BenchPoints.h"
+#include "noise/Perlin.h"
+
+using namespace gritwell;
+
+static void BM_PerlinNoise1D(benchmark::State& state) {
+    benchOverPoints(state, [](const BenchPoint& p) { return Perlin::noise(p.x); });
+}
+BENCHMARK(BM_PerlinNoise1D);
+
+static void BM_PerlinNoise2D(benchmark::State& state) {
+    benchOverPoints(state, [](const BenchPoint& p) { return Perlin::noise(p.x, p.y); });
+}
+BENCHMARK(BM_PerlinNoise2D);
+
+static void BM_PerlinNoise3D(benchmark::State& state) {
+    benchOverPoints(state, [](const BenchPoint& p) { return Perlin::noise(p.x, p.y, p.z); });
+}
+BENCHMARK(BM_PerlinNoise3D);
+
+static void BM_PerlinNoise4D(benchmark::State& state) {
+    benchOverPoints(state,
+                    [](const BenchPoint& p) { return Perlin::noise(p.x, p.y, p.z, p.x - p.y); });
+}
+BENCHMARK(BM_PerlinNoise4D);
+
+static void BM_PerlinSimplex1D(benchmark::State& state) {
+    benchOverPoints(state, [](const BenchPoint& p) { return Perlin::snoise(p.x); });
+}
+BENCHMARK(BM_PerlinSimplex1D);
+
+static void BM_PerlinSimplex2D(benchmark::State& state) {
+    benchOverPoints(state, [](const BenchPoint& p) { return Perlin::snoise(p.x, p.y); });
+}
+BENCHMARK(BM_PerlinSimplex2D);
+
+static void BM_PerlinSimplex3D(benchmark::State& state) {
+    benchOverPoints(state, [](const BenchPoint& p) { return Perlin::snoise(p.x, p.y, p.z); });
+}
+BENCHMARK(BM_PerlinSimplex3D);
+
+static void BM_PerlinSimplex4D(benchmark::State& state) {
+    benchOverPoints(state,
+                    [](const BenchPoint& p) { return Perlin::snoise(p.x, p.y, p.z, p.x - p.y); });
+}
+BENCHMARK(BM_PerlinSimplex4D);
+
+// Four octaves, as the textures use by default.
+static void BM_PerlinGet2D(benchmark::State& state) {
+    benchOverPoints(state,
+                    [](const BenchPoint& p) { return Perlin::Get(p.x, p.y, 4, 1.0f, 1.0f); });
+}
+BENCHMARK(BM_PerlinGet2D);
+
+static void BM_PerlinGet3D(benchmark::State& state) {
+    benchOverPoints(state,
+                    [](const BenchPoint& p) { return Perlin::Get(p.x, p.y, p.z, 4, 1.0f, 1.0f); });
+}
+BENCHMARK(BM_PerlinGet3D);
+
+// A filter width inside the fade, so both the noise and the ramp are paid for.
+static void BM_PerlinFilteredNoise2D(benchmark::State& state) {
+    benchOverPoints(state, [](const BenchPoint& p) { return Perlin::fnoise2D(p.x, p.y, 2.0f); });
+}
+BENCHMARK(BM_PerlinFilteredNoise2D);
+
+static void BM_PerlinFilteredNoise3D(benchmark::State& state) {
+    benchOverPoints(state,
+                    [](const BenchPoint& p) { return Perlin::fnoise3D(p.x, p.y, p.z, 2.0f); });
+}
+BENCHMARK(BM_PerlinFilteredNoise3D);
+
+static void BM_PerlinFilteredNoise4D(benchmark::State& state) {
+    benchOverPoints(state, [](const BenchPoint& p) {
+        return Perlin::fnoise4D(p.x, p.y, p.z, p.x - p.y, 2.0f);
+    });
+}
+BENCHMARK(BM_PerlinFilteredNoise4D);
+
+static void BM_PerlinFilteredSimplex2D(benchmark::State& state) {
+    benchOverPoints(state, [](const BenchPoint& p) { return Perlin::fsnoise2D(p.x, p.y, 2.0f); });
+}
+BENCHMARK(BM_PerlinFilteredSimplex2D);
+
+static void BM_PerlinFilteredSimplex3D(benchmark::State& state) {
+    benchOverPoints(state,
+                    [](const BenchPoint& p) { return Perlin::fsnoise3D(p.x, p.y, p.z, 2.0f); });
+}
+BENCHMARK(BM_PerlinFilteredSimplex3D);
+
+static void BM_PerlinFilteredSimplex4D(benchmark::State& state) {
+    benchOverPoints(state, [](const BenchPoint& p) {
+        return Perlin::fsnoise4D(p.x, p.y, p.z, p.x - p.y, 2.0f);
+    });
+}
+BENCHMARK(BM_PerlinFilteredSimplex4D);

@@ -1,0 +1,19 @@
+#pragma once
+// The two nearest features of a jittered grid: one feature per unit cell,
+// displaced from the cell centre by cell noise, searched over the sample's
+// cell and its neighbours.
+
+namespace gritwell::ARMan {
+
+// P: 2 floats. f1 <= f2: Euclidean distances (>= 0) to the nearest and
+// second-nearest feature; pos1, pos2: their 2 coordinates. jitter 0 puts
+// every feature at its cell centre, 1 spreads them over the whole cell. Of
+// equal distances the cell of lower i (x offset), then j, comes first. A
+// sample from which every squared distance reaches the largest float (NaN,
+// infinities) gives f1 = f2 = 2^64, its root rounded, and positions 0.
+void voronoi_f1f2_2d(const float* P, float jitter, float& f1, float* pos1, float& f2, float* pos2);
+// The same over 3 floats, 27 cells. A feature's y and z offsets from its cell
+// centre are always equal.
+void voronoi_f1f2_3d(const float* P, float jitter, float& f1, float* pos1, float& f2, float* pos2);
+
+}  // namespace gritwell::ARMan

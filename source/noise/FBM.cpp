@@ -1,0 +1,57 @@
+#include "noise/FBM.h"
+
+#include <array>
+
+#include "noise/FractalSum.h"
+#include "noise/ImprovedPerlin.h"
+
+namespace gritwell {
+
+namespace {
+
+float addWeighted(float sum, float sample, float amplitude) { return sum + sample * amplitude; }
+
+}  // namespace
+
+float FBM::fBM(float x, float octaves, float lacunarity, float gain) {
+    return fractalSum<1>({x}, octaves, lacunarity, gain, latticeNoise<1>, addWeighted);
+}
+
+float FBM::fBM(float x, float y, float octaves, float lacunarity, float gain) {
+    return fractalSum<2>({x, y}, octaves, lacunarity, gain, latticeNoise<2>, addWeighted);
+}
+
+float FBM::fBM(const float* p, float octaves, float lacunarity, float gain) {
+    return fractalSum<3>({p[0], p[1], p[2]}, octaves, lacunarity, gain, latticeNoise<3>, addWeighted);
+}
+
+float FBM::fBM(const Vec3& p, float octaves, float lacunarity, float gain) {
+    return fractalSum<3>({p.x, p.y, p.z}, octaves, lacunarity, gain, latticeNoise<3>, addWeighted);
+}
+
+// A fresh improved-noise object per call, as the sum has always made one;
+// it holds no state, so this costs nothing.
+float vFBM(float x, float octaves, float lacunarity, float gain) {
+    const ImprovedPerlin noise;
+    return fractalSum<1>(
+        {x}, octaves, lacunarity, gain,
+        [&noise](const std::array<float, 1>& p) { return static_cast<float>(noise.noise1(p[0])); },
+        addWeighted);
+}
+
+float vFBM(const float* p, float octaves, float lacunarity, float gain) {
+    const ImprovedPerlin noise;
+    return fractalSum<3>(
+        {p[0], p[1], p[2]}, octaves, lacunarity, gain,
+        [&noise](const std::array<float, 3>& q) {
+            return static_cast<float>(noise.noise3(q[0], q[1], q[2]));
+        },
+        addWeighted);
+}
+
+float vFBM(const Vec3& p, float octaves, float lacunarity, float gain) {
+    const float q[3] = {p.x, p.y, p.z};
+    return vFBM(q, octaves, lacunarity, gain);
+}
+
+}  // namespace gritwell

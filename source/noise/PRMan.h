@@ -1,0 +1,29 @@
+#pragma once
+// Shading-language helpers: steps, pulses, blends, luminance, periodic noise
+// and small distances, with the precision each has always had.
+
+#include "core/Vec3.h"
+
+namespace gritwell::PRMan {
+
+// 0 below a, 1 from b up, t^2 (3 - 2t) between, t = (x - a) / (b - a).
+float smoothstep(float a, float b, float x);
+// 0 if x < a, else 1 (so x == a gives 1).
+float step(float a, float x);
+// step(a, x) - step(b, x): 1 on [a, b) for a <= b, -1 on [b, a) otherwise.
+float squarepulse(float a, float b, float x);
+// lo below lo, else hi above hi, else x: the low bound is tested first.
+float clamp(float x, float lo, float hi);
+// a (1 - t) + b t, with a (1 - t) and the sum in double, b t in float.
+float mix(float a, float b, float t);
+float mmix(float a, float b, float t);
+// Rec. 709 luma, 0.2126 r + 0.7152 g + 0.0722 b, in double, rounded to float.
+float luminance(float r, float g, float b);
+// 1-D gradient noise that repeats with `period` (0 is not guarded).
+float pnoise(float x, float period);
+// Distance from q to the line through a and b (a == b divides by zero).
+float ptlined(const Vec3& a, const Vec3& b, const Vec3& q);
+float distance2(const float* a, const float* b);
+float distance3(const float* a, const float* b);
+
+}  // namespace gritwell::PRMan

@@ -1,0 +1,34 @@
+#include "noise/Turbulence.h"
+
+#include <array>
+#include <cmath>
+
+#include "noise/FractalSum.h"
+
+namespace gritwell::Turbulence {
+
+namespace {
+
+float addAbsolute(float sum, float sample, float amplitude) {
+    return static_cast<float>(sum + static_cast<double>(std::fabs(sample)) * amplitude);
+}
+
+}  // namespace
+
+float turbulence(float x, float octaves, float lacunarity, float gain) {
+    return fractalSum<1>({x}, octaves, lacunarity, gain, latticeNoise<1>, addAbsolute);
+}
+
+float turbulence(float x, float y, float octaves, float lacunarity, float gain) {
+    return fractalSum<2>({x, y}, octaves, lacunarity, gain, latticeNoise<2>, addAbsolute);
+}
+
+float turbulence(const float* p, float octaves, float lacunarity, float gain) {
+    return fractalSum<3>({p[0], p[1], p[2]}, octaves, lacunarity, gain, latticeNoise<3>, addAbsolute);
+}
+
+float turbulence(const Vec3& p, float octaves, float lacunarity, float gain) {
+    return fractalSum<3>({p.x, p.y, p.z}, octaves, lacunarity, gain, latticeNoise<3>, addAbsolute);
+}
+
+}  // namespace gritwell::Turbulence

@@ -1,0 +1,15 @@
+#pragma once
+// Turbulence: the fractal sum of the absolute gradient noise, never negative.
+// Each octave's weighted sample is added in double precision and the sum
+// rounded back to float.
+
+#include "core/Vec3.h"
+
+namespace gritwell::Turbulence {
+
+float turbulence(float x, float octaves, float lacunarity, float gain);
+float turbulence(float x, float y, float octaves, float lacunarity, float gain);
+float turbulence(const float* p, float octaves, float lacunarity, float gain);
+float turbulence(const Vec3& p, float octaves, float lacunarity, float gain);
+
+}  // namespace gritwell::Turbulence

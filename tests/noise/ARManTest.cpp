@@ -1,0 +1,158 @@
+#include <cmath>
+#include <limits>
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "core/FloatToInt.h"
+#include "noise/ARMan.h"
+#include "noise/CellNoise.h"
+
+using namespace gritwell;
+
+namespace {
+
+struct TwoFeatures {
+    float f1, f2;
+    float pos1[3], pos2[3];
+};
+
+TwoFeatures search(int dims, const float* P, float jitter) {
+    TwoFeatures r{};
+    if (dims == 2)
+        ARMan::voronoi_f1f2_2d(P, jitter, r.f1, r.pos1, r.f2, r.pos2);
+    else
+        ARMan::voronoi_f1f2_3d(P, jitter, r.f1, r.pos1, r.f2, r.pos2);
+    return r;
+}
+
+float distanceTo(int dims, const float* P, const float* q) {
+    float d = 0.0f;
+    for (int a = 0; a < dims; ++a) d += (P[a] - q[a]) * (P[a] - q[a]);
+    return static_cast<float>(std::sqrt(static_cast<double>(d)));
+}
+
+}  // namespace
+
+TEST(ARMan, NearestTwoAreOrderedAndMatchTheirPositions) {
+    std::mt19937 rng(21);
+    std::uniform_real_distribution<float> coord(-25.0f, 25.0f);
+    for (int n = 0; n < 500; ++n) {
+        const float P[3] = {coord(rng), coord(rng), coord(rng)};
+        for (int dims : {2, 3})
+            for (float jitter : {0.0f, 0.4f, 1.0f}) {
+                const TwoFeatures r = search(dims, P, jitter);
+                EXPECT_LE(r.f1, r.f2);
+                EXPECT_EQ(r.f1, distanceTo(dims, P, r.pos1));
+                EXPECT_EQ(r.f2, distanceTo(dims, P, r.pos2));
+            }
+    }
+}
+
+TEST(ARMan, WithoutJitterFeaturesSitAtCellCentresAndTiesKeepVisitOrder) {
+    const float centre2[2] = {2.5f, -3.5f};
+    TwoFeatures r = search(2, centre2, 0.0f);
+    EXPECT_EQ(r.f1, 0.0f);
+    EXPECT_EQ(r.pos1[0], 2.5f);
+    EXPECT_EQ(r.pos1[1], -3.5f);
+    EXPECT_EQ(r.f2, 1.0f);
+
+    const float centre3[3] = {-0.5f, 7.5f, -12.5f};
+    r = search(3, centre3, 0.0f);
+    EXPECT_EQ(r.f1, 0.0f);
+    EXPECT_EQ(r.f2, 1.0f);
+
+    // Equidistant centres: the lower i wins, then the lower j.
+    const float betweenX[2] = {1.0f, 0.5f};
+    r = search(2, betweenX, 0.0f);
+    EXPECT_EQ(r.f1, 0.5f);
+    EXPECT_EQ(r.f2, 0.5f);
+    EXPECT_EQ(r.pos1[0], 0.5f);
+    EXPECT_EQ(r.pos2[0], 1.5f);
+
+    const float corner[2] = {1.0f, 1.0f};  // four centres at equal distance
+    r = search(2, corner, 0.0f);
+    EXPECT_EQ(r.pos1[0], 0.5f);
+    EXPECT_EQ(r.pos1[1], 0.5f);
+    EXPECT_EQ(r.pos2[0], 0.5f);  // (i, j) = (-1, 0) comes before (0, -1)
+    EXPECT_EQ(r.pos2[1], 1.5f);
+
+    const float corner3[3] = {1.0f, 1.0f, 1.0f};
+    r = search(3, corner3, 0.0f);
+    EXPECT_EQ(r.pos1[2], 0.5f);
+    EXPECT_EQ(r.pos2[0], 0.5f);  // (-1, -1, 0) is the second of eight
+    EXPECT_EQ(r.pos2[1], 0.5f);
+    EXPECT_EQ(r.pos2[2], 1.5f);
+}
+
+TEST(ARMan, FeaturesAreDisplacedByCellNoise) {
+    // With jitter 0.5 a feature stays within a quarter of its cell centre, so
+    // the centre t can be read back from the position.
+    const float jitter = 0.5f;
+    const auto place = [&](float t, float noise) {
+        return static_cast<float>(double(t) + double(jitter) * (double(noise) - 0.5));
+    };
+    const auto centre = [](float v) { return cellIndex(v) + 0.5f; };
+    std::mt19937 rng(33);
+    std::uniform_real_distribution<float> coord(-6.0f, 6.0f);
+    for (int n = 0; n < 200; ++n) {
+        const float Q[3] = {coord(rng), coord(rng), coord(rng)};
+        // 2-D: x from cellNoise(tx, ty, 0), y from the cell shifted by (23, -87).
+        const TwoFeatures r2 = search(2, Q, jitter);
+        for (const float* pos : {r2.pos1, r2.pos2}) {
+            const float t[2] = {centre(pos[0]), centre(pos[1])};
+            EXPECT_EQ(pos[0], place(t[0], CellNoise::cellNoise(t[0], t[1], 0.0f)));
+            EXPECT_EQ(pos[1], place(t[1], CellNoise::cellNoise(t[0] + 23.0f, t[1] - 87.0f, 0.0f)));
+        }
+        // 3-D: x from cellNoise(tx, ty, tz); y and z both from cellNoise(ty, tz, tx).
+        const TwoFeatures r3 = search(3, Q, jitter);
+        for (const float* pos : {r3.pos1, r3.pos2}) {
+            const float t[3] = {centre(pos[0]), centre(pos[1]), centre(pos[2])};
+            EXPECT_EQ(pos[0], place(t[0], CellNoise::cellNoise(t[0], t[1], t[2])));
+            const float ry = CellNoise::cellNoise(t[1], t[2], t[0]);
+            EXPECT_EQ(pos[1], place(t[1], ry));
+            EXPECT_EQ(pos[2], place(t[2], ry));
+            EXPECT_NEAR(pos[1] - t[1], pos[2] - t[2], 1e-6f);
+        }
+    }
+}
+
+TEST(ARMan, NegativeCoordinatesUseTheCellIndexRule) {
+    // Exactly -1.0 lies in cell -2, so the cells searched along x are -3..-1.
+    float lowest = 0.0f, highest = -100.0f;
+    for (int n = 0; n < 2000; ++n) {
+        const float P[3] = {-1.0f, 0.31f * n - 300.0f, 0.17f * n};
+        for (int dims : {2, 3}) {
+            const TwoFeatures r = search(dims, P, 1.0f);
+            for (const float* pos : {r.pos1, r.pos2}) {
+                lowest = std::min(lowest, pos[0]);
+                highest = std::max(highest, pos[0]);
+            }
+        }
+    }
+    EXPECT_LT(lowest, -2.0f);
+    EXPECT_LE(highest, 0.0f);
+}
+
+TEST(ARMan, NonFiniteSamplesGiveAFloat) {
+    const float inf = std::numeric_limits<float>::infinity();
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const float far = static_cast<float>(std::sqrt(double(3.4028235e38f)));
+    for (const float v : {nan, inf, -inf}) {
+        const float P[3] = {0.5f, v, 0.5f};
+        for (int dims : {2, 3}) {
+            const TwoFeatures r = search(dims, P, 1.0f);
+            EXPECT_EQ(r.f1, far);
+            EXPECT_EQ(r.f2, far);
+            for (int a = 0; a < dims; ++a) EXPECT_EQ(r.pos1[a], 0.0f);
+        }
+    }
+    for (const float v : {1e30f, -1e30f, 3e9f, 1e18f}) {
+        const float P[3] = {v, -v, v};
+        for (int dims : {2, 3}) {
+            const TwoFeatures r = search(dims, P, 1.0f);
+            EXPECT_FALSE(std::isnan(r.f1));
+            EXPECT_LE(r.f1, r.f2);
+        }
+    }
+}

@@ -1,0 +1,223 @@
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "noise/Worley.h"
+
+using namespace gritwell;
+
+namespace {
+
+constexpr double kScale = 2.5116162250408136;
+constexpr Worley::DistanceMethod kMethods[] = {
+    Worley::Length,    Worley::LengthSquared, Worley::LargestPlusRadial, Worley::Manhattan,
+    Worley::Chebychev, Worley::Quadratic,     Worley::Minkowski4,        Worley::Minkowski5,
+};
+
+struct Result {
+    double F[4];
+    double delta[4][3];
+    unsigned long ID[4];
+};
+
+Result search(double x, double y, double z, Worley::DistanceMethod m, long order = 4) {
+    Result r;
+    const double at[3] = {x, y, z};
+    Worley::noise(at, order, r.F, r.delta, r.ID, m);
+    return r;
+}
+
+double lengthOf(const double* d) { return std::sqrt(d[0] * d[0] + d[1] * d[1] + d[2] * d[2]); }
+
+}  // namespace
+
+TEST(Worley, PoissonCountIsThePublishedTable) {
+    const int head[10] = {4, 3, 1, 1, 1, 2, 4, 2, 2, 2};
+    for (int i = 0; i < 10; ++i) EXPECT_EQ(Worley::Poisson_count[i], head[i]);
+    // Checksums over the whole table pin every value and its place.
+    long sum = 0, weighted = 0;
+    for (int i = 0; i < 256; ++i) {
+        const int c = Worley::Poisson_count[i];
+        ASSERT_TRUE(c >= 0 && c <= 5) << i;
+        sum += c;
+        weighted += long(i) * c;
+    }
+    EXPECT_EQ(sum, 665);
+    EXPECT_EQ(weighted, 89068);
+}
+
+TEST(Worley, AddSamplesPlacesFeaturesFromThePublishedGenerator) {
+    // The cube hash picks the count from its top byte; each feature takes the
+    // seed as its identifier, then one LCG step per coordinate and one more.
+    auto churn = [](std::uint32_t s) { return 1402024253u * s + 586950981u; };
+    const long cubes[][3] = {{0, 0, 0}, {1, 2, 3}, {-1, -7, 4}, {-300, 2, -9}, {5, -1, -1}};
+    for (const auto& cube : cubes) {
+        std::uint32_t seed = 702395077u * std::uint32_t(cube[0]) +
+                             915488749u * std::uint32_t(cube[1]) +
+                             2120969693u * std::uint32_t(cube[2]);
+        const int count = Worley::Poisson_count[seed >> 24];
+        seed = churn(seed);
+        std::uint32_t ids[5];
+        double points[5][3];
+        for (int f = 0; f < count; ++f) {
+            ids[f] = seed;
+            for (int a = 0; a < 3; ++a) {
+                seed = churn(seed);
+                points[f][a] = cube[a] + (seed + 0.5) / 4294967296.0;
+            }
+            seed = churn(seed);
+        }
+
+        const double at[3] = {cube[0] + 0.25, cube[1] + 0.5, cube[2] + 0.75};
+        double F[4] = {999999.9, 999999.9, 999999.9, 999999.9};
+        double delta[4][3];
+        unsigned long ID[4];
+        Worley::AddSamples(cube[0], cube[1], cube[2], 4, at, F, delta, ID, Worley::Length);
+        for (int r = 0; r < std::min(count, 4); ++r) {
+            const int f = int(std::find(ids, ids + count, ID[r]) - ids);
+            ASSERT_LT(f, count) << "unknown identifier " << ID[r];
+            for (int a = 0; a < 3; ++a) EXPECT_EQ(delta[r][a], points[f][a] - at[a]);
+            const double* d = delta[r];
+            EXPECT_EQ(F[r], d[0] * d[0] + d[1] * d[1] + d[2] * d[2]);
+            if (r > 0) {
+                EXPECT_LT(F[r - 1], F[r]);
+            }
+        }
+        for (int r = count; r < 4; ++r) EXPECT_EQ(F[r], 999999.9);
+    }
+}
+
+TEST(Worley, ReturnedDistancesAreScaledBackToTheSamplesUnits) {
+    std::mt19937 rng(3);
+    std::uniform_real_distribution<double> coord(-60.0, 60.0);
+    double meanF1 = 0.0;
+    const int samples = 4000;
+    for (int n = 0; n < samples; ++n) {
+        const double x = coord(rng), y = coord(rng), z = coord(rng);
+        const Result e = search(x, y, z, Worley::Length);
+        for (int r = 0; r < 4; ++r) {
+            // F = sqrt(m) * 2.51..., delta = (feature - sample) * 0.398... * 2.51...
+            EXPECT_NEAR(e.F[r], lengthOf(e.delta[r]), 1e-12 * e.F[r]);
+        }
+        // The squared length comes back as sqrt(m) * scale with m = |d|^4.
+        const Result s = search(x, y, z, Worley::LengthSquared);
+        const double d = lengthOf(s.delta[0]) / kScale;
+        EXPECT_NEAR(s.F[0], d * d * kScale, 1e-12 * s.F[0] + 1e-15);
+        meanF1 += e.F[0];
+    }
+    // The density adjustment makes F1 average 1.
+    EXPECT_NEAR(meanF1 / samples, 1.0, 0.03);
+}
+
+TEST(Worley, EveryMeasureGivesAscendingDistances) {
+    std::mt19937 rng(5);
+    std::uniform_real_distribution<double> coord(-30.0, 30.0);
+    for (int n = 0; n < 300; ++n) {
+        const double x = coord(rng), y = coord(rng), z = coord(rng);
+        for (auto m : kMethods) {
+            const Result r = search(x, y, z, m);
+            for (int k = 0; k < 4; ++k) {
+                EXPECT_GE(r.F[k], 0.0);
+                EXPECT_LT(r.F[k], 100.0) << "no feature found, metric " << m;
+                if (k > 0) {
+                    EXPECT_LE(r.F[k - 1], r.F[k]) << m;
+                }
+            }
+        }
+    }
+}
+
+TEST(Worley, MinkowskiHalfReturnsTheFourthPowerOfTheRootSum) {
+    std::mt19937 rng(9);
+    std::uniform_real_distribution<double> coord(-30.0, 30.0);
+    for (int n = 0; n < 300; ++n) {
+        const double x = coord(rng), y = coord(rng), z = coord(rng);
+        const Result half = search(x, y, z, Worley::Minkowski5);
+        const Result taxi = search(x, y, z, Worley::Manhattan);
+        for (int r = 0; r < 4; ++r) {
+            double rootSum = 0.0, sum = 0.0;
+            for (int a = 0; a < 3; ++a) {
+                rootSum += std::sqrt(std::fabs(half.delta[r][a]) / kScale);
+                sum += std::fabs(taxi.delta[r][a]);
+            }
+            EXPECT_NEAR(half.F[r] / kScale, std::pow(rootSum, 4.0), 1e-5 * half.F[r]);
+            EXPECT_NEAR(taxi.F[r], sum, 1e-12 * sum);
+        }
+        // (sum of roots)^2 >= the sum, so the 4th power bounds the squared
+        // taxicab distance of the nearest feature from above.
+        const double t = taxi.F[0] / kScale;
+        EXPECT_GE(half.F[0] / kScale, t * t * (1.0 - 1e-6));
+    }
+}
+
+TEST(Worley, GetCombinesWithoutFurtherScaling) {
+    std::mt19937 rng(13);
+    std::uniform_real_distribution<double> coord(-20.0, 20.0);
+    int crackleAboveFloor = 0;
+    for (int n = 0; n < 200; ++n) {
+        const double x = coord(rng), y = coord(rng), z = coord(rng);
+        for (auto m : {Worley::Length, Worley::Chebychev, Worley::Minkowski4}) {
+            // Each type searches only as deep as it needs: neighbour cubes are
+            // pruned against the deepest distance kept, so the depth changes
+            // what the measures below the Euclidean one find.
+            for (int t = 0; t < 4; ++t)
+                EXPECT_EQ(Worley::Get(x, y, z, Worley::VoronoiType(t), m),
+                          search(x, y, z, m, t + 1).F[t]);
+            const Result two = search(x, y, z, m, 2);
+            const Result three = search(x, y, z, m, 3);
+            const double d21 = Worley::Get(x, y, z, Worley::Difference21, m);
+            EXPECT_EQ(d21, two.F[1] - two.F[0]);
+            EXPECT_EQ(Worley::Get(x, y, z, Worley::Difference32, m), three.F[2] - three.F[1]);
+            const double crackle = Worley::Get(x, y, z, Worley::Crackle, m);
+            EXPECT_EQ(crackle, std::max(1.0, 10.0 * d21));
+            if (crackle > 1.0) ++crackleAboveFloor;
+        }
+    }
+    EXPECT_GT(crackleAboveFloor, 0);
+}
+
+TEST(Worley, OutOfRangeOrdersAndEnumerationsStayInBounds) {
+    const double at[3] = {1.3, -4.2, 7.7};
+    const double sentinel = -123.0;
+    double F[9];
+    double delta[9][3];
+    unsigned long ID[9];
+
+    std::fill_n(F, 9, sentinel);
+    Worley::noise(at, 0, F, delta, ID, Worley::Length);
+    Worley::noise(at, -5, F, delta, ID, Worley::Length);
+    EXPECT_EQ(F[0], sentinel);
+
+    Worley::noise(at, 9, F, delta, ID, Worley::Length);
+    const Result four = search(at[0], at[1], at[2], Worley::Length);
+    for (int r = 0; r < 4; ++r) EXPECT_EQ(F[r], four.F[r]);
+    for (int r = 4; r < 9; ++r) EXPECT_EQ(F[r], sentinel);
+
+    for (const int t : {7, -1, 1000})
+        EXPECT_EQ(Worley::Get(at[0], at[1], at[2], Worley::VoronoiType(t), Worley::Manhattan),
+                  Worley::Get(at[0], at[1], at[2], Worley::First, Worley::Manhattan));
+    for (const int m : {8, -1, 99})
+        EXPECT_EQ(Worley::Get(at[0], at[1], at[2], Worley::Fourth, Worley::DistanceMethod(m)),
+                  Worley::Get(at[0], at[1], at[2], Worley::Fourth, Worley::Length));
+}
+
+TEST(Worley, NonFiniteAndHugeSamplesFindNoFeature) {
+    const double unset = std::sqrt(999999.9) * kScale;
+    const double inf = std::numeric_limits<double>::infinity();
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    for (const double v : {nan, inf, -inf, 1e300, -1e300, 1e10}) {
+        for (auto m : kMethods) {
+            const Result r = search(v, 0.5, -0.5, m);
+            for (int k = 0; k < 4; ++k) {
+                EXPECT_EQ(r.F[k], unset) << v << " metric " << m;
+                EXPECT_EQ(r.ID[k], 0u);
+                for (double d : r.delta[k]) EXPECT_EQ(d, 0.0);
+            }
+            EXPECT_EQ(Worley::Get(v, v, v, Worley::Crackle, m), 1.0);
+        }
+    }
+}
