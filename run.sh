@@ -60,6 +60,7 @@ case "${1:-gallery}" in
     install_missing
     build build
     ./build/bench/noise_bench
+    ./build/bench/texture_bench
     ./build/bench/generators_bench
     ;;
   *)

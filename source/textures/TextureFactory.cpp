@@ -1,10 +1,18 @@
 #include "textures/TextureFactory.h"
 
+#include <algorithm>
 #include <array>
+#include <vector>
 
+#include "textures/CellTexture3D.h"
 #include "textures/CheckerboardTexture3D.h"
 #include "textures/ConstantTexture3D.h"
+#include "textures/FBMTexture3D.h"
+#include "textures/PerlinTexture3D.h"
+#include "textures/SimplexTexture3D.h"
 #include "textures/SpheresTexture3D.h"
+#include "textures/TurbulenceTexture3D.h"
+#include "textures/VoronoiTexture3D.h"
 
 namespace gritwell::TextureFactory {
 
@@ -12,21 +20,47 @@ std::span<const GeneratorInfo* const> hostGenerators() {
     // The host's table order: names are compared in it, tools list in it.
     static const std::array kRows{
         &CheckerboardTexture3D::info(),
+        &PerlinTexture3D::info(),
         &SpheresTexture3D::info(),
         &ConstantTexture3D::info(),
+        &SimplexTexture3D::info(),
+        &VoronoiTexture3D::info(),
+        &TurbulenceTexture3D::info(),
+        &FBMTexture3D::info(),
     };
     return kRows;
 }
 
-const GeneratorInfo* find(std::string_view name) {
+std::span<const GeneratorInfo* const> libraryOnlyGenerators() {
+    static const std::array kRows{
+        &CellTexture3D::info(),
+    };
+    return kRows;
+}
+
+std::span<const GeneratorInfo* const> allGenerators() {
+    static const std::vector<const GeneratorInfo*> kAll = [] {
+        std::vector<const GeneratorInfo*> all(hostGenerators().begin(), hostGenerators().end());
+        all.insert(all.end(), libraryOnlyGenerators().begin(), libraryOnlyGenerators().end());
+        return all;
+    }();
+    return kAll;
+}
+
+Texture3D* create(std::string_view name) {
     for (const GeneratorInfo* info : hostGenerators())
+        if (info->name == name) return info->create();
+    return nullptr;
+}
+
+const GeneratorInfo* find(std::string_view name) {
+    for (const GeneratorInfo* info : allGenerators())
         if (info->name == name) return info;
     return nullptr;
 }
 
-Texture3D* create(std::string_view name) {
-    const GeneratorInfo* info = find(name);
-    return info != nullptr ? info->create() : nullptr;
+bool isHostGenerator(const GeneratorInfo& generator) {
+    return std::ranges::find(hostGenerators(), &generator) != hostGenerators().end();
 }
 
 }  // namespace gritwell::TextureFactory

@@ -12,11 +12,21 @@ namespace gritwell::TextureFactory {
 // The generators a host session can open, in the order names are compared.
 std::span<const GeneratorInfo* const> hostGenerators();
 
-// The generator of an exact (case-sensitive) name; nullptr when none matches.
+// Generators the library has but host sessions never open; tools reach
+// them through the library directly.
+std::span<const GeneratorInfo* const> libraryOnlyGenerators();
+
+// Every generator: the host's, then the library-only ones.
+std::span<const GeneratorInfo* const> allGenerators();
+
+// A new generator for an exact (case-sensitive) name among hostGenerators(),
+// at its defaults; nullptr when none matches. Free it with Texture3D::release.
+Texture3D* create(std::string_view name);
+
+// The generator of an exact name, host or library-only; nullptr if none.
 const GeneratorInfo* find(std::string_view name);
 
-// A new generator at its defaults, or nullptr for an unknown name. Free it
-// with Texture3D::release.
-Texture3D* create(std::string_view name);
+// Whether a host session opens this generator.
+bool isHostGenerator(const GeneratorInfo& generator);
 
 }  // namespace gritwell::TextureFactory

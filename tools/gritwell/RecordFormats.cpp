@@ -17,11 +17,13 @@ std::string recordFormatsMarkdown() {
           "the NUL-terminated generator name, byte 33 the major and byte 34 the minor\n"
           "version (signed), byte 35 the interactive-update flag. Fields follow from byte\n"
           "36, little-endian; a bool is one byte (non-zero is true) followed by padding.\n";
-    for (const GeneratorInfo* g : TextureFactory::hostGenerators()) {
+    for (const GeneratorInfo* g : TextureFactory::allGenerators()) {
         const auto defaults = defaultRecord(*g);
         const auto json = recordToJson({defaults, g, true});
         md << "\n## " << g->name << "\n\nVersion " << g->majorVersion << '.' << g->minorVersion << ", "
-           << g->recordSize << " bytes.\n\n| offset | type | field | default |\n|---|---|---|---|\n";
+           << g->recordSize << " bytes"
+           << (TextureFactory::isHostGenerator(*g) ? "" : "; in the library only, host sessions never open it")
+           << ".\n\n| offset | type | field | default |\n|---|---|---|---|\n";
         for (const FieldInfo& f : g->fields)
             md << "| " << f.offset << " | " << fieldTypeName(f.type) << " | `" << f.name << "` | "
                << json["fields"][f.name].dump() << " |\n";

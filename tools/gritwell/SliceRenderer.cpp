@@ -2,8 +2,7 @@
 
 namespace gritwell {
 
-GreyImage renderSlice(PluginLibrary& plugin, const std::vector<unsigned char>& record,
-                      const SliceView& view) {
+GreyImage renderSlice(const BatchEvaluator& evaluate, const SliceView& view) {
     const int n = view.size;
     std::vector<float> points(3 * static_cast<std::size_t>(n) * n);
     float* p = points.data();
@@ -16,12 +15,18 @@ GreyImage renderSlice(PluginLibrary& plugin, const std::vector<unsigned char>& r
         }
     }
     std::vector<float> values(static_cast<std::size_t>(n) * n);
-    PluginSession session(plugin, record, view.planar ? 2 | 4 : 2);
-    session.evaluate(points.data(), n * n, values.data());
+    evaluate(points.data(), n * n, values.data());
 
     GreyImage image(n, n);
     for (std::size_t i = 0; i < values.size(); ++i) image.pixels[i] = toGrey(values[i]);
     return image;
+}
+
+GreyImage renderSlice(PluginLibrary& plugin, const std::vector<unsigned char>& record,
+                      const SliceView& view) {
+    PluginSession session(plugin, record, view.planar ? 2 | 4 : 2);
+    return renderSlice([&session](const float* points, int n, float* out) { session.evaluate(points, n, out); },
+                       view);
 }
 
 }  // namespace gritwell

@@ -1,8 +1,9 @@
 #pragma once
 // Greyscale pictures of a texture: the slice z = const of the square
 // [0, extent] x [0, extent], x to the right and y up, one sample at each
-// pixel's centre, evaluated through the plug-in.
+// pixel's centre.
 
+#include <functional>
 #include <vector>
 
 #include "PluginLibrary.h"
@@ -17,6 +18,12 @@ struct SliceView {
     bool planar = false;   // the host's planar flag
 };
 
+// Evaluates n packed points (x, y, z) into out[0..n-1].
+using BatchEvaluator = std::function<void(const float* points, int n, float* out)>;
+
+GreyImage renderSlice(const BatchEvaluator& evaluate, const SliceView& view);
+
+// Through a session of the plug-in, as the host evaluates.
 GreyImage renderSlice(PluginLibrary& plugin, const std::vector<unsigned char>& record,
                       const SliceView& view);
 

@@ -45,6 +45,10 @@ PluginLibrary& loadPlugin(const Options& options) {
 // generator's defaults; say so rather than surprise.
 LoadedRecord resolveForEvaluation(const std::string& target) {
     LoadedRecord record = resolveRecord(target);
+    if (!TextureFactory::isHostGenerator(*record.generator))
+        throw CliError("'" + std::string(record.generator->name) +
+                       "' is in the library, but host sessions never open it, so the plug-in cannot "
+                       "evaluate it");
     if (!record.currentVersion)
         std::cerr << "gritwell: note: '" << target << "' is not a current " << record.generator->name
                   << " record; the plug-in evaluates the defaults instead\n";
@@ -57,6 +61,10 @@ void listGenerators() {
         const std::string name(g->name);
         std::printf("%-16s %d.%-6d %d bytes\n", name.c_str(), g->majorVersion, g->minorVersion, g->recordSize);
     }
+    std::string others;
+    for (const GeneratorInfo* g : TextureFactory::libraryOnlyGenerators())
+        others += (others.empty() ? "" : ", ") + std::string(g->name);
+    if (!others.empty()) std::printf("\nIn the library, never opened by the host: %s\n", others.c_str());
 }
 
 void recordNew(const Options& options) {

@@ -1,0 +1,18 @@
+#include "textures/FBMTexture3D.h"
+
+#include "core/UnitRange.h"
+#include "noise/FBM.h"
+
+namespace gritwell {
+
+float FBMTexture3D::evaluate(const Record& r, int flags, float x, float y, float z) {
+    const float octaves = static_cast<float>(r.octaves);
+    const float n = isPlanar(flags)
+                        ? FBM::fBM(r.scale * x, r.scale * y, octaves, r.lacunarity, r.gain)
+                        : FBM::fBM(Vec3(r.scale * x, r.scale * y, r.scale * z), octaves, r.lacunarity, r.gain);
+    return clampUnit(static_cast<float>(0.5 + n / 2.0));
+}
+
+template class RecordTexture3D<FBMTexture3D>;
+
+}  // namespace gritwell

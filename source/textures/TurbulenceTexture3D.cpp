@@ -1,0 +1,19 @@
+#include "textures/TurbulenceTexture3D.h"
+
+#include "core/UnitRange.h"
+#include "noise/Turbulence.h"
+
+namespace gritwell {
+
+float TurbulenceTexture3D::evaluate(const Record& r, int flags, float x, float y, float z) {
+    const float octaves = static_cast<float>(r.octaves);
+    const float n =
+        isPlanar(flags)
+            ? Turbulence::turbulence(r.scale * x, r.scale * y, octaves, r.lacunarity, r.gain)
+            : Turbulence::turbulence(Vec3(r.scale * x, r.scale * y, r.scale * z), octaves, r.lacunarity, r.gain);
+    return clampUnit(n);
+}
+
+template class RecordTexture3D<TurbulenceTexture3D>;
+
+}  // namespace gritwell

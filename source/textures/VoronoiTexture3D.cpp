@@ -1,0 +1,17 @@
+#include "textures/VoronoiTexture3D.h"
+
+#include "core/UnitRange.h"
+
+namespace gritwell {
+
+float VoronoiTexture3D::evaluate(const Record& r, int flags, float x, float y, float z) {
+    const auto type = static_cast<Voronoi::VoronoiType>(r.type);
+    const auto method = static_cast<Voronoi::DistanceMethod>(r.distanceMethod);
+    const float v = isPlanar(flags) ? Voronoi::Get(r.scale * x, r.scale * y, type, method)
+                                    : Voronoi::Get(r.scale * x, r.scale * y, r.scale * z, type, method);
+    return clampUnit(v);
+}
+
+template class RecordTexture3D<VoronoiTexture3D>;
+
+}  // namespace gritwell
