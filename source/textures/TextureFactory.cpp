@@ -4,15 +4,23 @@
 #include <array>
 #include <vector>
 
+#include "textures/BrickTexture3D.h"
 #include "textures/CellTexture3D.h"
 #include "textures/CheckerboardTexture3D.h"
 #include "textures/ConstantTexture3D.h"
+#include "textures/CorrugatedTexture3D.h"
 #include "textures/FBMTexture3D.h"
+#include "textures/GradientTexture3D.h"
+#include "textures/GridTexture3D.h"
+#include "textures/NestedShapesTexture3D.h"
 #include "textures/PerlinTexture3D.h"
 #include "textures/SimplexTexture3D.h"
 #include "textures/SpheresTexture3D.h"
+#include "textures/SpiralTexture3D.h"
+#include "textures/StripesTexture3D.h"
 #include "textures/TurbulenceTexture3D.h"
 #include "textures/VoronoiTexture3D.h"
+#include "textures/ZigzagTexture3D.h"
 
 namespace gritwell::TextureFactory {
 
@@ -21,12 +29,20 @@ std::span<const GeneratorInfo* const> hostGenerators() {
     static const std::array kRows{
         &CheckerboardTexture3D::info(),
         &PerlinTexture3D::info(),
+        &StripesTexture3D::info(),
         &SpheresTexture3D::info(),
+        &GradientTexture3D::info(),
         &ConstantTexture3D::info(),
         &SimplexTexture3D::info(),
         &VoronoiTexture3D::info(),
+        &BrickTexture3D::info(),
+        &GridTexture3D::info(),
         &TurbulenceTexture3D::info(),
         &FBMTexture3D::info(),
+        &NestedShapesTexture3D::info(),
+        &SpiralTexture3D::info(),
+        &ZigzagTexture3D::info(),
+        &CorrugatedTexture3D::info(),
     };
     return kRows;
 }

@@ -56,7 +56,7 @@ TEST_P(EveryGenerator, FieldTableCoversTheRecordWithoutOverlap) {
         const FieldInfo& f = info.fields[i];
         ASSERT_GE(f.offset, 36u) << f.name;
         ASSERT_LE(f.offset + fieldWidth(f.type), static_cast<std::size_t>(info.recordSize)) << f.name;
-        EXPECT_EQ(f.offset % 4, 0u) << f.name << " is not 4-byte aligned";
+        EXPECT_EQ(f.offset % fieldWidth(f.type), 0u) << f.name << " is not aligned";
         for (std::size_t b = f.offset; b < f.offset + fieldWidth(f.type); ++b) {
             EXPECT_EQ(owner[b], -1) << f.name << " overlaps another field";
             owner[b] = static_cast<int>(i);

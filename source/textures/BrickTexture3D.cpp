@@ -1,0 +1,256 @@
+#include "textures/BrickTexture3D.h"
+
+#include <cmath>
+#include <cstddef>
+#include <cstring>
+
+#include "core/FloatToInt.h"
+#include "core/Vec2.h"
+#include "noise/CellNoise.h"
+#include "noise/PRMan.h"
+
+namespace gritwell {
+
+namespace {
+
+using PRMan::step;
+
+// Where the version-3 record (64 bytes) kept its fields.
+namespace v3 {
+constexpr int kMajorVersion = 3;
+constexpr std::size_t kBrickHeight = 36;
+constexpr std::size_t kBrickWidth = 40;
+constexpr std::size_t kBrickDepth = 44;
+constexpr std::size_t kMortarThickness = 48;
+constexpr std::size_t kRandomizeColors = 52;
+constexpr std::size_t kMinColor = 56;
+constexpr std::size_t kMaxColor = 60;
+}  // namespace v3
+
+void readFloat(float& field, const char* in, std::size_t offset) {
+    std::memcpy(&field, in + offset, sizeof field);
+}
+
+// The brick a coordinate lies in, by the true floor (so -1.0 is in brick -1).
+int floorIndex(float v) { return truncToInt(std::floor(v)); }
+
+// Parity of a floored coordinate taken as a 64-bit integer. NaN and values
+// beyond that range convert to the 64-bit minimum, which is even.
+bool isEvenFloor(double floored) {
+    return !(std::fabs(floored) < 0x1p63) || std::fmod(floored, 2.0) == 0.0;
+}
+
+// Every other course (or layer) is shifted by half a brick: above the origin
+// those whose half-count has a fraction above one half, below it those with
+// a fraction under one half. A count of exactly 1 stays unshifted.
+bool shiftedByHalf(float coordinate, float count) {
+    const float f = std::fabs(std::fmod(0.5f * count, 1.0f));
+    return coordinate >= 0.0f ? f > 0.5f : f < 0.5f;
+}
+
+// 1 inside, 0 within `joint` of either edge of the unit cell.
+float jointMask(float joint, float fraction) { return step(joint, fraction) - step(1.0f - joint, fraction); }
+
+// Squared length of a - b, as the corner tests have always compared it.
+float squaredDistance(const Vec2& a, const Vec2& b) {
+    const float dx = a.x - b.x;
+    const float dy = a.y - b.y;
+    return dx * dx + dy * dy;
+}
+
+}  // namespace
+
+float BrickTexture3D::evaluate(const Record& r, int flags, float x, float y, float z) {
+    switch (static_cast<Pattern>(r.pattern)) {
+        case RUNNING_BOND:
+            return runningBond(r, flags, x, y, z);
+        case HERRINGBONE:
+        default:  // every value other than 1
+            return herringbone(r, flags, x, y, z);
+    }
+}
+
+float BrickTexture3D::runningBond(const Record& r, int flags, float x, float y, float z) {
+    const float W = r.brickWidth;
+    const float H = r.brickHeight;
+    const float D = r.brickDepth;
+    const float M = r.mortarThickness;
+    const float bw = W + M;
+    const float bh = H + M;
+    const float bd = D + M;
+    // Half a joint as a fraction of a cell, divided in double.
+    const float mw = static_cast<float>(M * 0.5 / bw);
+    const float mh = static_cast<float>(M * 0.5 / bh);
+    const float md = static_cast<float>(M * 0.5 / bd);
+
+    if (isPlanar(flags)) z = 0.5f;
+    const float mortar = r.mortarColor;
+    float brick = r.brickColor;
+
+    float s = x / bw;
+    float t = y / bh;
+    float u = z / bd;
+    if (shiftedByHalf(y, t)) s += 0.5f;
+    // A course shifted in both y and z moves a whole brick, i.e. not at all.
+    if (shiftedByHalf(z, u)) s += 0.5f;
+
+    const int tb = floorIndex(t);
+    const int ub = floorIndex(u);
+    if (r.rowOffsetVariabilityEnabled != 0)
+        s = s + r.rowOffsetVariabilityAmplitude *
+                    (CellNoise::cellNoise(static_cast<float>(tb), static_cast<float>(ub)) - 0.5f);
+    const int sb = floorIndex(s);
+    s -= static_cast<float>(sb);
+    t -= static_cast<float>(tb);
+    u -= static_cast<float>(ub);
+
+    const float ws = jointMask(mw, s);
+    const float ht = jointMask(mh, t);
+    const float du = jointMask(md, u);
+
+    if (r.randomizeColors != 0)
+        brick = (r.maxColor - r.minColor) *
+                    CellNoise::cellNoise(static_cast<float>(sb), static_cast<float>(tb), static_cast<float>(ub)) +
+                r.minColor;
+
+    const float result = PRMan::mix(mortar, brick, ws * ht * du);
+    // Equal intensities make every point "inside", so the corners then
+    // become the (identical) mortar everywhere; kept as stored images show it.
+    if (r.roundedCornersEnabled == 0 || result != brick) return result;
+
+    // Corners are rounded in a frame scaled by the longer cell side, so the
+    // brick is isotropic: x spans [0, ex] and y [0, ey].
+    const float m = H < W ? H : W;  // W when the sides are equal
+    const float L = bh > bw ? bh : bw;
+    Vec2 q;
+    if (W == m)
+        q = {bw * s / bh, t};
+    else
+        q = {s, bh * t / bw};
+    const float radius = r.roundedCornersRadius * (m / 2.0f / L);
+    const float c = M / 2.0f / L + radius;
+    float ex, ey;
+    if (H == m) {
+        ex = 1.0f;
+        ey = bh / bw;
+    } else {
+        ex = bw / bh;
+        ey = 1.0f;
+    }
+    const float r2 = radius * radius;
+    // A point at exactly the radius from a corner centre is already mortar.
+    if (c >= q.x && c >= q.y && squaredDistance(q, {c, c}) >= r2) return mortar;
+    if (q.x >= ex - c && c >= q.y && squaredDistance(q, {ex - c, c}) >= r2) return mortar;
+    if (c >= q.x && q.y >= ey - c && squaredDistance(q, {c, ey - c}) >= r2) return mortar;
+    if (q.x >= ex - c && q.y >= ey - c && squaredDistance(q, {ex - c, ey - c}) >= r2) return mortar;
+    return result;
+}
+
+float BrickTexture3D::herringbone(const Record& r, int flags, float x, float y, float z) {
+    const float H = r.brickHeight;
+    const float D = r.brickDepth;
+    const float M = r.mortarThickness;
+    const float bh = H + M;
+    const float bd = D + M;
+    const float mh = static_cast<float>(M * 0.5 / bh);
+    const float md = static_cast<float>(M * 0.5 / bd);
+
+    // Square cells of side bh; a brick covers two of them.
+    const float s = x / bh;
+    const float t = y / bh;
+    // Planar mode moves z by half a unit here, where the running bond sets it
+    // to 0.5: stored images depend on both.
+    const float u = isPlanar(flags) ? static_cast<float>((z + 0.5) / bd) : z / bd;
+
+    const double i = std::floor(static_cast<double>(s));
+    const double j = std::floor(static_cast<double>(t));
+    // Diagonal bands of bricks, alternately vertical (1) and horizontal (0).
+    const bool vertical = std::fabs(std::fmod(std::floor(0.5 * j + 0.5 * i), 2.0)) != 0.0;
+    const float fs = static_cast<float>(s - i);
+    const float ft = static_cast<float>(t - j);
+    const float fu = u - std::floor(u);
+    const bool sEven = isEvenFloor(i);
+    const bool tEven = isEvenFloor(j);
+
+    // Each cell is one half of a brick: the joint runs only along its outer end.
+    float ws, ht;
+    if (vertical) {
+        ws = jointMask(mh, fs);
+        ht = sEven == tEven ? step(mh, ft) : 1.0f - step(1.0f - mh, ft);
+    } else {
+        ht = jointMask(mh, ft);
+        ws = sEven != tEven ? 1.0f - step(1.0f - mh, fs) : step(mh, fs);
+    }
+    const float du = jointMask(md, fu);
+
+    const float mortar = r.mortarColor;
+    float brick = r.brickColor;
+    if (r.randomizeColors != 0) {
+        // Both cells of a brick hash to the same cell: the halved coordinate
+        // (shifted by a half for odd cells) floors to the brick's index.
+        float n;
+        if (vertical)
+            n = sEven ? CellNoise::cellNoise(s, 0.5f * t, u)
+                      : CellNoise::cellNoise(s, static_cast<float>(0.5 + 0.5 * t), u);
+        else
+            n = tEven ? CellNoise::cellNoise(0.5f * s, t, u) : CellNoise::cellNoise(0.5f + 0.5f * s, t, u);
+        brick = (r.maxColor - r.minColor) * n + r.minColor;
+    }
+
+    const float result = PRMan::mix(mortar, brick, ws * ht * du);
+    if (result != brick || r.roundedCornersEnabled == 0) return result;
+
+    // Only the two corners at the brick's outer end of this cell are rounded.
+    const float radius = r.roundedCornersRadius * (H / 2.0f / bh);
+    const float c = M / 2.0f / bh + radius;
+    const float c1 = 1.0f - c;
+    const Vec2 q{fs, ft};
+    Vec2 centre{0.0f, 0.0f};
+    bool chosen = true;
+    if (vertical && sEven == tEven) {  // bottom end
+        if (c >= fs && c >= ft)
+            centre = {c, c};
+        else if (fs >= c1 && c >= ft)
+            centre = {c1, c};
+        else
+            chosen = false;
+    } else if (vertical) {  // top end
+        if (c >= fs && ft >= c1)
+            centre = {c, c1};
+        else if (fs >= c1 && ft >= c1)
+            centre = {c1, c1};
+        else
+            chosen = false;
+    } else if (sEven != tEven) {  // right end
+        if (c >= ft && fs >= c1)
+            centre = {c1, c};
+        else if (ft >= c1 && fs >= c1)
+            centre = {c1, c1};
+        else
+            chosen = false;
+    } else {  // left end
+        if (c >= ft && c >= fs)
+            centre = {c, c};
+        else if (ft >= c1 && c >= fs)
+            centre = {c, c1};
+        else
+            chosen = false;
+    }
+    if (chosen && squaredDistance(q, centre) >= radius * radius) return mortar;
+    return result;
+}
+
+void BrickTexture3D::convertOlderRecord(Record& r, const char* in) {
+    if (Texture3D::majorVersion(in) != v3::kMajorVersion) return;
+    readFloat(r.brickHeight, in, v3::kBrickHeight);
+    readFloat(r.brickWidth, in, v3::kBrickWidth);
+    readFloat(r.brickDepth, in, v3::kBrickDepth);
+    readFloat(r.mortarThickness, in, v3::kMortarThickness);
+    r.randomizeColors = static_cast<std::uint8_t>(in[v3::kRandomizeColors]);
+    readFloat(r.minColor, in, v3::kMinColor);
+    readFloat(r.maxColor, in, v3::kMaxColor);
+}
+
+template class RecordTexture3D<BrickTexture3D>;
+
+}  // namespace gritwell
