@@ -5,21 +5,27 @@
 #include <vector>
 
 #include "textures/BrickTexture3D.h"
+#include "textures/CamouflageTexture3D.h"
 #include "textures/CellTexture3D.h"
 #include "textures/CheckerboardTexture3D.h"
 #include "textures/ConstantTexture3D.h"
 #include "textures/CorrugatedTexture3D.h"
+#include "textures/DentedTexture3D.h"
+#include "textures/ErodedTexture3D.h"
 #include "textures/FBMTexture3D.h"
 #include "textures/GradientTexture3D.h"
+#include "textures/GraniteTexture3D.h"
 #include "textures/GridTexture3D.h"
 #include "textures/NestedShapesTexture3D.h"
 #include "textures/PerlinTexture3D.h"
 #include "textures/SimplexTexture3D.h"
+#include "textures/SpeckledStoneTexture3D.h"
 #include "textures/SpheresTexture3D.h"
 #include "textures/SpiralTexture3D.h"
 #include "textures/StripesTexture3D.h"
 #include "textures/TurbulenceTexture3D.h"
 #include "textures/VoronoiTexture3D.h"
+#include "textures/WeaveTexture3D.h"
 #include "textures/ZigzagTexture3D.h"
 
 namespace gritwell::TextureFactory {
@@ -31,6 +37,7 @@ std::span<const GeneratorInfo* const> hostGenerators() {
         &PerlinTexture3D::info(),
         &StripesTexture3D::info(),
         &SpheresTexture3D::info(),
+        &GraniteTexture3D::info(),
         &GradientTexture3D::info(),
         &ConstantTexture3D::info(),
         &SimplexTexture3D::info(),
@@ -39,8 +46,13 @@ std::span<const GeneratorInfo* const> hostGenerators() {
         &GridTexture3D::info(),
         &TurbulenceTexture3D::info(),
         &FBMTexture3D::info(),
+        &ErodedTexture3D::info(),
         &NestedShapesTexture3D::info(),
+        &DentedTexture3D::info(),
+        &SpeckledStoneTexture3D::info(),
         &SpiralTexture3D::info(),
+        &WeaveTexture3D::info(),
+        &CamouflageTexture3D::info(),
         &ZigzagTexture3D::info(),
         &CorrugatedTexture3D::info(),
     };
