@@ -6,6 +6,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <utility>
 
 #include "core/FloatToInt.h"
@@ -623,15 +624,23 @@ float Perlin::snoise(float x, float y, float z, float w) {
 
 // ---- Octave sums and band-limited forms -------------------------------------
 
+// Within a few hundred octaves every coordinate has doubled to 0 or an
+// infinity and the amplitude halved to 0 (or sits at an infinity or NaN), so
+// an octave then leaves the whole state bit for bit as it was, and every
+// later one would too: the sums stop there, and a damaged record's huge
+// octave count ends with the bits the full loop gives.
 float Perlin::Get(float x, float y, int octaveCount, float freq, float amp) {
     x = x * freq;
     y = y * freq;
     float sum = 0.0f;
     for (int o = 0; o < octaveCount; ++o) {
+        const float before[4] = {x, y, sum, amp};
         sum = sum + noise(x, y) * amp;
         x = x * 2.0f;
         y = y * 2.0f;
         amp = amp * 0.5f;
+        const float after[4] = {x, y, sum, amp};
+        if (std::memcmp(before, after, sizeof before) == 0) break;
     }
     return sum;
 }
@@ -642,11 +651,14 @@ float Perlin::Get(float x, float y, float z, int octaveCount, float freq, float 
     z = z * freq;
     float sum = 0.0f;
     for (int o = 0; o < octaveCount; ++o) {
+        const float before[5] = {x, y, z, sum, amp};
         sum = sum + noise(x, y, z) * amp;
         x = x * 2.0f;
         y = y * 2.0f;
         z = z * 2.0f;
         amp = amp * 0.5f;
+        const float after[5] = {x, y, z, sum, amp};
+        if (std::memcmp(before, after, sizeof before) == 0) break;
     }
     return sum;
 }

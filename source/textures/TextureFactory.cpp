@@ -18,6 +18,9 @@
 #include "textures/GridTexture3D.h"
 #include "textures/NestedShapesTexture3D.h"
 #include "textures/PerlinTexture3D.h"
+#include "textures/PlaidTexture3D.h"
+#include "textures/PsychedelicTexture3D.h"
+#include "textures/SimpleMarbleTexture3D.h"
 #include "textures/SimplexTexture3D.h"
 #include "textures/SpeckledStoneTexture3D.h"
 #include "textures/SpheresTexture3D.h"
@@ -26,6 +29,7 @@
 #include "textures/TurbulenceTexture3D.h"
 #include "textures/VoronoiTexture3D.h"
 #include "textures/WeaveTexture3D.h"
+#include "textures/WoodTexture3D.h"
 #include "textures/ZigzagTexture3D.h"
 
 namespace gritwell::TextureFactory {
@@ -34,7 +38,9 @@ std::span<const GeneratorInfo* const> hostGenerators() {
     // The host's table order: names are compared in it, tools list in it.
     static const std::array kRows{
         &CheckerboardTexture3D::info(),
+        &WoodTexture3D::info(),
         &PerlinTexture3D::info(),
+        &SimpleMarbleTexture3D::info(),
         &StripesTexture3D::info(),
         &SpheresTexture3D::info(),
         &GraniteTexture3D::info(),
@@ -52,6 +58,8 @@ std::span<const GeneratorInfo* const> hostGenerators() {
         &SpeckledStoneTexture3D::info(),
         &SpiralTexture3D::info(),
         &WeaveTexture3D::info(),
+        &PlaidTexture3D::info(),
+        &PsychedelicTexture3D::info(),
         &CamouflageTexture3D::info(),
         &ZigzagTexture3D::info(),
         &CorrugatedTexture3D::info(),

@@ -1,5 +1,6 @@
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <random>
 
@@ -348,4 +349,31 @@ TEST(PerlinInstance, NonFiniteAndHugeInputsGiveSomeFloat) {
     }
     (void)sink;
     SUCCEED();
+}
+
+TEST(PerlinOctaveSums, HugeOctaveCountsEndWithTheFullLoopsBits) {
+    // The full loop, written out with no early exit, run far past the point
+    // where coordinates and weight stop changing.
+    auto fullLoop = [](float x, float y, float z, int octaves, float freq, float amp) {
+        x *= freq;
+        y *= freq;
+        z *= freq;
+        float sum = 0.0f;
+        for (int o = 0; o < octaves; ++o) {
+            sum = sum + Perlin::noise(x, y, z) * amp;
+            x *= 2.0f;
+            y *= 2.0f;
+            z *= 2.0f;
+            amp *= 0.5f;
+        }
+        return sum;
+    };
+    const float inf = std::numeric_limits<float>::infinity();
+    for (float amp : {1.0f, 3e38f, inf})
+        for (float x : {0.3f, -7.5f, 1e-30f, 0.0f}) {
+            const float full = fullLoop(x, 0.41f, -x, 1000, 4.0f, amp);
+            const float fast = Perlin::Get(x, 0.41f, -x, 2147483647, 4.0f, amp);
+            EXPECT_EQ(std::memcmp(&full, &fast, sizeof full), 0) << amp << " at " << x;
+            (void)Perlin::Get(x, 0.41f, 2147483647, 4.0f, amp);  // the 2-D sum ends too
+        }
 }
