@@ -10,17 +10,23 @@
 
 namespace gritwell {
 
+// At most this many octaves are summed. A record from the dialog asks for a
+// handful; only a damaged one asks for more, and with a lacunarity of -1 or a
+// gain near 1 its sum may never settle. Past 1024 octaves of weight gain^k
+// nothing a real record holds still shows in a float, and the host must not
+// hang on one point.
+inline constexpr int kMaxOctaves = 1024;
+
 // `add(sum, sample, amplitude)` folds one octave into the sum. The position
 // is the caller's copy. Once an octave leaves sum, amplitude and position
-// bit for bit as they were, every later octave would too; the loop stops
-// there, so a damaged record's huge octave count costs a bounded number of
-// octaves and gives the bits the full loop would.
+// bit for bit as they were, every later octave would too, so the loop stops
+// there with the bits of the full loop; it also stops at kMaxOctaves.
 template <std::size_t N, class Sample, class Add>
 float fractalSum(std::array<float, N> position, float octaves, float lacunarity, float gain,
                  Sample sample, Add add) {
     float sum = 0.0f;
     float amplitude = 1.0f;
-    for (int i = 0; static_cast<float>(i) < octaves; ++i) {
+    for (int i = 0; i < kMaxOctaves && static_cast<float>(i) < octaves; ++i) {
         const float before[2] = {sum, amplitude};
         const std::array<float, N> from = position;
         sum = add(sum, sample(position), amplitude);
@@ -30,7 +36,6 @@ float fractalSum(std::array<float, N> position, float octaves, float lacunarity,
         if (std::memcmp(before, after, sizeof before) == 0 &&
             std::memcmp(from.data(), position.data(), sizeof(float) * N) == 0)
             break;
-        if (i == 2147483647) break;  // no octave number past the int range
     }
     return sum;
 }

@@ -8,6 +8,7 @@
 #include "textures/CamouflageTexture3D.h"
 #include "textures/CellTexture3D.h"
 #include "textures/CheckerboardTexture3D.h"
+#include "textures/CheetahTexture3D.h"
 #include "textures/ConstantTexture3D.h"
 #include "textures/CorrugatedTexture3D.h"
 #include "textures/DentedTexture3D.h"
@@ -16,18 +17,24 @@
 #include "textures/GradientTexture3D.h"
 #include "textures/GraniteTexture3D.h"
 #include "textures/GridTexture3D.h"
+#include "textures/HexTileTexture3D.h"
+#include "textures/HoundstoothTexture3D.h"
 #include "textures/NestedShapesTexture3D.h"
+#include "textures/PenroseRhombusTexture3D.h"
 #include "textures/PerlinTexture3D.h"
 #include "textures/PlaidTexture3D.h"
 #include "textures/PsychedelicTexture3D.h"
+#include "textures/ScalesTexture3D.h"
 #include "textures/SimpleMarbleTexture3D.h"
 #include "textures/SimplexTexture3D.h"
+#include "textures/SnakeskinTexture3D.h"
 #include "textures/SpeckledStoneTexture3D.h"
 #include "textures/SpheresTexture3D.h"
 #include "textures/SpiralTexture3D.h"
 #include "textures/StripesTexture3D.h"
 #include "textures/TurbulenceTexture3D.h"
 #include "textures/VoronoiTexture3D.h"
+#include "textures/VoronoiTileTexture3D.h"
 #include "textures/WeaveTexture3D.h"
 #include "textures/WoodTexture3D.h"
 #include "textures/ZigzagTexture3D.h"
@@ -56,13 +63,19 @@ std::span<const GeneratorInfo* const> hostGenerators() {
         &NestedShapesTexture3D::info(),
         &DentedTexture3D::info(),
         &SpeckledStoneTexture3D::info(),
+        &HexTileTexture3D::info(),
         &SpiralTexture3D::info(),
+        &CheetahTexture3D::info(),
+        &VoronoiTileTexture3D::info(),
         &WeaveTexture3D::info(),
         &PlaidTexture3D::info(),
         &PsychedelicTexture3D::info(),
         &CamouflageTexture3D::info(),
         &ZigzagTexture3D::info(),
         &CorrugatedTexture3D::info(),
+        &SnakeskinTexture3D::info(),
+        &ScalesTexture3D::info(),
+        &HoundstoothTexture3D::info(),
     };
     return kRows;
 }
@@ -70,6 +83,7 @@ std::span<const GeneratorInfo* const> hostGenerators() {
 std::span<const GeneratorInfo* const> libraryOnlyGenerators() {
     static const std::array kRows{
         &CellTexture3D::info(),
+        &PenroseRhombusTexture3D::info(),
     };
     return kRows;
 }

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "noise/FBM.h"
+#include "noise/FractalSum.h"
 #include "noise/ImprovedPerlin.h"
 #include "noise/Perlin.h"
 #include "noise/Turbulence.h"
@@ -70,4 +71,16 @@ TEST(FractalSum, HugeOctaveCountsEndWithTheBitsOfTheFullLoop) {
     (void)FBM::fBM(p, inf, 0.5f, 0.5f);  // shrinking positions reach zero and stop
     (void)Turbulence::turbulence(p, inf, 1.0f, 0.0f);
     (void)vFBM(p, 1e9f, 2.0f, 0.5f);
+}
+
+TEST(FractalSum, SumsThatNeverSettleStopAtTheOctaveLimit) {
+    // A lacunarity of -1 flips the position forever and a gain of 1 never
+    // lets the weight fade: such a damaged record sums kMaxOctaves octaves,
+    // exactly what asking for that many gives.
+    const float p[3] = {0.37f, -1.25f, 2.5f};
+    const float limit = static_cast<float>(kMaxOctaves);
+    EXPECT_EQ(FBM::fBM(p, 2147483648.0f, -1.0f, 1.0f), FBM::fBM(p, limit, -1.0f, 1.0f));
+    EXPECT_EQ(Turbulence::turbulence(p, 1e30f, 1.0f, 0.99999994f),
+              Turbulence::turbulence(p, limit, 1.0f, 0.99999994f));
+    EXPECT_NE(FBM::fBM(p, limit, -1.0f, 1.0f), FBM::fBM(p, limit - 1.0f, -1.0f, 1.0f));
 }

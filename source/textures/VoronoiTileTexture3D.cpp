@@ -1,0 +1,55 @@
+#include "textures/VoronoiTileTexture3D.h"
+
+#include "core/UnitRange.h"
+#include "noise/ARMan.h"
+#include "noise/CellNoise.h"
+#include "noise/FBM.h"
+
+namespace gritwell {
+
+namespace {
+
+constexpr float kGrout = 0.0f;
+constexpr float kTileColor = 0.75f;           // the tone of every tile unless randomised
+constexpr float kBoundaryNoiseWeight = 0.1f;  // how far the noise moves the grout line
+constexpr float kCellNoiseWeight = 0.25f;     // how far the noise moves a tile's tone
+
+}  // namespace
+
+// Everything in single precision, left to right as written:
+//   e = (f2 - f1) / 2 [+ 0.1 * fBM(detail * x, detail * y, ...)]
+//   grout where e < thickness / 2
+//   c = min + (max - min) * cellNoise(feature) [+ 0.25 * fBM(...)]
+// The octave counts reach the fractal sum as floats; its own exact early
+// exit bounds the loop for a damaged record's huge counts.
+float VoronoiTileTexture3D::evaluate(const Record& r, int, float x, float y, float) {
+    const float p[2] = {x, y};
+    float f1, f2;
+    float nearest[2], second[2];
+    ARMan::voronoi_f1f2_2d(p, r.cellVariability, f1, nearest, f2, second);
+
+    // Half the gap between the two nearest distances: zero on the bisector,
+    // and the distance to it along the line joining the two features.
+    float e = (f2 - f1) / 2.0f;
+    if (r.boundaryAddNoise != 0) {
+        const float d = r.boundaryDetail;
+        e = e + kBoundaryNoiseWeight * FBM::fBM(d * x, d * y, static_cast<float>(r.boundaryOctaves),
+                                                r.boundaryLacunarity, r.boundaryGain);
+    }
+    if (e < r.boundaryThickness / 2.0f) return kGrout;
+
+    // The nearest feature is the same everywhere in a tile: one tone per tile.
+    float c = kTileColor;
+    if (r.cellRandomizeColors != 0)
+        c = r.cellMinColor + (r.cellMaxColor - r.cellMinColor) * CellNoise::cellNoise(nearest[0], nearest[1]);
+    if (r.cellAddNoise != 0) {
+        const float d = r.cellDetail;
+        c = c + kCellNoiseWeight * FBM::fBM(d * x, d * y, static_cast<float>(r.cellOctaves),
+                                            r.cellLacunarity, r.cellGain);
+    }
+    return clampUnit(c);
+}
+
+template class RecordTexture3D<VoronoiTileTexture3D>;
+
+}  // namespace gritwell
