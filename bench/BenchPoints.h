@@ -35,3 +35,9 @@ void benchOverPoints(benchmark::State& state, F&& f) {
     }
     state.SetItemsProcessed(state.iterations());
 }
+
+// Times a generator's pure evaluator on a record, one point per call.
+template <class Generator>
+void benchEvaluate(benchmark::State& state, const typename Generator::Record& r, int flags = 2) {
+    benchOverPoints(state, [&r, flags](const BenchPoint& p) { return Generator::evaluate(r, flags, p.x, p.y, p.z); });
+}

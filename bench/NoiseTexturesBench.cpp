@@ -12,13 +12,6 @@
 
 using namespace gritwell;
 
-namespace {
-template <class Generator>
-void benchEvaluate(benchmark::State& state, const typename Generator::Record& r, int flags = 2) {
-    benchOverPoints(state, [&r, flags](const BenchPoint& p) { return Generator::evaluate(r, flags, p.x, p.y, p.z); });
-}
-}  // namespace
-
 static void BM_SimpleMarble(benchmark::State& state) { benchEvaluate<SimpleMarbleTexture3D>(state, {}); }
 BENCHMARK(BM_SimpleMarble);
 

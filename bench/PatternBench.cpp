@@ -16,13 +16,6 @@
 
 using namespace gritwell;
 
-namespace {
-template <class Generator>
-void benchEvaluate(benchmark::State& state, const typename Generator::Record& r, int flags = 2) {
-    benchOverPoints(state, [&r, flags](const BenchPoint& p) { return Generator::evaluate(r, flags, p.x, p.y, p.z); });
-}
-}  // namespace
-
 // ---- Brick ----
 
 static void BM_Brick(benchmark::State& state) { benchEvaluate<BrickTexture3D>(state, {}); }

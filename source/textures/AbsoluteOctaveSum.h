@@ -1,0 +1,10 @@
+#pragma once
+// The six-octave sum of |noise| that Erosion and Dents cube: octave i samples
+// the unit-mapped gradient noise at frequency firstFrequency * 2^i and adds
+// |0.5 - unit| * weight / frequency, in double, rounded to float each time.
+
+namespace gritwell {
+
+float absoluteOctaveSum(float qx, float qy, float qz, bool planar, float firstFrequency, double weight);
+
+}  // namespace gritwell
