@@ -3,10 +3,21 @@
 // argument: (text, number, block 1, size 1, block 2, size 2, host block),
 // returning a float the host reads as 1.0 for success.
 
+#include <cstdint>
+
 extern "C" {
 
 using HostEntryPoint = float (*)(char* text, double number, char* block1, int size1,
                                  char* block2, int size2, void* hostBlock);
+
+// The host's live-update function: four 32-bit words (the bits of 4.0f, then
+// 8, 0, 0) and the 256-byte state-record and 44-byte transform buffers. Its
+// result is ignored.
+using HostCallback = float (*)(std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t, char* record,
+                               char* transforms);
+
+// The host block is an array of pointer-sized words; this one holds the callback.
+constexpr int kHostCallbackWord = 7;
 
 // Opens a session: block 1 holds the state record, block 2 the transform
 // record (only its flags word is read).
@@ -22,4 +33,17 @@ float continueSessionOne(char* text, double number, char* block1, int size1, cha
 // Closes the session.
 float endSession(char* text, double number, char* block1, int size1, char* block2, int size2,
                  void* hostBlock);
+
+// Runs the generator dialog modally. Block 1 is the host's 256-byte
+// state-record buffer, block 2 the 44-byte transform record; word 7 of the
+// host block is its HostCallback. On OK the chosen generator's record (as
+// many bytes as its size byte says) is written into block 1; on Cancel block
+// 1 is left as it was. Block 2 receives the transforms either way.
+float interactWithUser(char* text, double number, char* block1, int size1, char* block2, int size2,
+                       void* hostBlock);
+
+// Set once the application has been asked to quit while a dialog ran.
+extern bool appKilled;
+// The host's callback, taken from the host block at the start of every dialog.
+extern HostCallback DLL2KelmarCallBack;
 }

@@ -27,6 +27,7 @@ PluginLibrary::PluginLibrary(const std::string& path) {
     continueSession = resolve("continueSession");
     continueSessionOne = resolve("continueSessionOne");
     endSession = resolve("endSession");
+    interactWithUser = resolve("interactWithUser");
 }
 
 PluginLibrary::~PluginLibrary() {

@@ -1,7 +1,7 @@
 #pragma once
 // PluginLibrary: GritwellPlugin.so loaded at run time with dlopen, the way
-// the host loads it, and its session functions called the way the host
-// calls them.
+// the host loads it, and its session and dialog functions called the way
+// the host calls them.
 
 #include <string>
 #include <vector>
@@ -12,7 +12,7 @@ namespace gritwell {
 
 class PluginLibrary {
 public:
-    // Loads the library and resolves the four session functions; on failure
+    // Loads the library and resolves the host's five functions; on failure
     // ok() is false and error() says why.
     explicit PluginLibrary(const std::string& path);
     ~PluginLibrary();
@@ -27,6 +27,7 @@ public:
     HostEntryPoint continueSession = nullptr;
     HostEntryPoint continueSessionOne = nullptr;
     HostEntryPoint endSession = nullptr;
+    HostEntryPoint interactWithUser = nullptr;
 
     // The plug-in beside the running executable.
     static std::string defaultPath();

@@ -1,8 +1,11 @@
 // gritwell: the command-line host. It loads GritwellPlugin.so the way the
-// host application does and drives its session functions, and it reads and
-// writes state records as files and JSON.
+// host application does and drives its session and dialog functions, and it
+// reads and writes state records as files and JSON.
 
+#include <cstdint>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <iostream>
 #include <sstream>
@@ -19,6 +22,8 @@
 #include "RecordFormats.h"
 #include "RecordJson.h"
 #include "SliceRenderer.h"
+#include "core/Texture3D.h"
+#include "core/TransformData.h"
 #include "textures/TextureFactory.h"
 
 using namespace gritwell;
@@ -136,6 +141,52 @@ void renderPicture(const Options& options) {
 
 void galleryPicture(const Options& options) { writePng(options.output, renderGallery(loadPlugin(options))); }
 
+// ---- The dialog -------------------------------------------------------------
+
+// The host's live-update callback: one line per update the dialog sends.
+float printLiveUpdate(std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t, char* record, char* transformBytes) {
+    const TransformData t = TransformData::fromBytes(transformBytes);
+    std::printf("update: %s, %d bytes; transforms %d %g %g %g %g %g %g %g %g %g %g\n",
+                Texture3D::recordName(record).c_str(), static_cast<unsigned char>(record[0]), t.flags,
+                t.overallScale, t.xOffset, t.yOffset, t.zOffset, t.xScale, t.yScale, t.zScale, t.xAngle,
+                t.yAngle, t.zAngle);
+    std::fflush(stdout);
+    return 1.0f;
+}
+
+// Opens the dialog over the record of FILE (or none), as the host does, and
+// writes the record the host would keep afterwards to -o FILE.
+void openDialog(const Options& options) {
+    if (std::getenv("DISPLAY") == nullptr && std::getenv("WAYLAND_DISPLAY") == nullptr &&
+        std::getenv("QT_QPA_PLATFORM") == nullptr)
+        throw CliError("the dialog needs a display: none is set (DISPLAY, WAYLAND_DISPLAY or QT_QPA_PLATFORM)",
+                       CliError::kEnvironment);
+    char record[256] = {};
+    if (!options.input.empty()) {
+        const LoadedRecord loaded = readRecordFile(options.input);
+        std::memcpy(record, loaded.bytes.data(), loaded.bytes.size());
+    }
+    char transforms[sizeof(TransformData)];
+    TransformData{}.toBytes(transforms);
+    void* hostBlock[8] = {};
+    hostBlock[kHostCallbackWord] = reinterpret_cast<void*>(&printLiveUpdate);
+
+    PluginLibrary& plugin = loadPlugin(options);
+    plugin.interactWithUser(nullptr, 0.0, record, sizeof record, transforms, sizeof transforms, hostBlock);
+
+    const TransformData t = TransformData::fromBytes(transforms);
+    std::printf("transforms: %d %g %g %g %g %g %g %g %g %g %g\n", t.flags, t.overallScale, t.xOffset, t.yOffset,
+                t.zOffset, t.xScale, t.yScale, t.zScale, t.xAngle, t.yAngle, t.zAngle);
+    // Cancel leaves the host's buffer as it was: empty when no record came in.
+    const auto size = static_cast<unsigned char>(record[0]);
+    if (size == 0) {
+        std::printf("no record: the dialog was cancelled\n");
+        return;
+    }
+    std::printf("record: %s, %d bytes\n", Texture3D::recordName(record).c_str(), size);
+    if (!options.output.empty()) writeFileAtomically(options.output, record, size);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -184,6 +235,12 @@ int main(int argc, char** argv) {
     CLI::App* gallery = app.add_subcommand("gallery", "every generator at its defaults, labelled, on one sheet");
     gallery->add_option("-o,--output", options.output, "the PNG to write")->required();
     gallery->callback([&] { galleryPicture(options); });
+
+    CLI::App* dialog = app.add_subcommand(
+        "dialog", "open the generator dialog; prints each live update and writes the resulting record");
+    dialog->add_option("FILE", options.input, "a record file to open the dialog on (default: none)");
+    dialog->add_option("-o,--output", options.output, "where to write the record after OK");
+    dialog->callback([&] { openDialog(options); });
 
     try {
         app.parse(argc, argv);

@@ -1,0 +1,77 @@
+#include "dialog/panels/GridQtWrapper.h"
+
+#include <QSignalBlocker>
+
+#include "core/FloatToInt.h"
+#include "ui_CommonWidget.h"
+
+namespace gritwell {
+
+namespace {
+// Widths and tones run 0..1 on 0..100 sliders: a line a whole cell wide
+// already leaves no cell showing.
+constexpr float kSliderUnits = 100.0f;
+
+int toSlider(float value) { return truncToInt(static_cast<double>(value * kSliderUnits)); }
+float fromSlider(int value) { return static_cast<float>(value) / kSliderUnits; }
+}  // namespace
+
+GridQtWrapper::GridQtWrapper(GridTexture3D* texture, ImageArea* imageArea, Ui_GridWidget* ui, QWidget* page,
+                             QObject* parent)
+    : QtWrapperBase(texture, imageArea, page, parent), ui_(ui), texture_(texture) {
+    connect(commonUi_->newInteractiveUpdate, &QPushButton::toggled, this, &GridQtWrapper::interactiveUpdateToggled);
+    connect(ui_->gridWidth, &QSlider::valueChanged, this, &GridQtWrapper::gridWidthChanged);
+    connect(ui_->randomizeColors, &QPushButton::toggled, this, &GridQtWrapper::randomizeColorsToggled);
+    connect(ui_->minColor, &QSlider::valueChanged, this, &GridQtWrapper::minColorChanged);
+    connect(ui_->maxColor, &QSlider::valueChanged, this, &GridQtWrapper::maxColorChanged);
+}
+
+void GridQtWrapper::updateUI() {
+    {
+        // Loading shows the record; it must not write the sliders' rounded
+        // values back into it, nor let the minimum/maximum pairing rewrite a
+        // stored range while the two sliders are half loaded.
+        const QSignalBlocker b0(ui_->gridWidth), b1(ui_->randomizeColors), b2(ui_->minColor), b3(ui_->maxColor);
+        ui_->gridWidth->setValue(toSlider(texture_->getStripeWidth()));
+        ui_->randomizeColors->setChecked(texture_->getRandomizeColors());
+        ui_->minColor->setValue(toSlider(texture_->getMinColor()));
+        ui_->maxColor->setValue(toSlider(texture_->getMaxColor()));
+    }
+    const bool interactive = texture_->interactiveUpdate();
+    commonUi_->newInteractiveUpdate->setChecked(interactive);
+    setInteractivity(interactive);
+}
+
+void GridQtWrapper::setInteractivity(bool on) {
+    for (QSlider* slider : {ui_->gridWidth, ui_->minColor, ui_->maxColor}) slider->setTracking(on);
+}
+
+void GridQtWrapper::interactiveUpdateToggled(bool on) {
+    texture_->setInteractiveUpdate(on);
+    setInteractivity(on);
+    redraw();
+}
+
+void GridQtWrapper::gridWidthChanged(int value) {
+    texture_->setStripeWidth(fromSlider(value));
+    redraw();
+}
+
+void GridQtWrapper::randomizeColorsToggled(bool on) {
+    texture_->setRandomizeColors(on);
+    redraw();
+}
+
+void GridQtWrapper::minColorChanged(int value) {
+    texture_->setMinColor(fromSlider(value));
+    if (value > ui_->maxColor->value()) ui_->maxColor->setValue(value);
+    redraw();
+}
+
+void GridQtWrapper::maxColorChanged(int value) {
+    texture_->setMaxColor(fromSlider(value));
+    if (value < ui_->minColor->value()) ui_->minColor->setValue(value);
+    redraw();
+}
+
+}  // namespace gritwell

@@ -1,0 +1,40 @@
+// `gritwell dialog` refuses what it cannot do before it opens anything.
+
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct Outcome {
+    int status;
+    std::string err;
+};
+
+Outcome run(const std::string& environment, const std::string& args) {
+    const std::string command = "env " + environment + " '" GRITWELL_CLI_PATH "' " + args + " 2>&1 >/dev/null";
+    FILE* pipe = popen(command.c_str(), "r");
+    std::string err;
+    char buffer[256];
+    while (pipe != nullptr && std::fgets(buffer, sizeof buffer, pipe) != nullptr) err += buffer;
+    const int raw = pipe != nullptr ? pclose(pipe) : -1;
+    return {WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, err};
+}
+
+}  // namespace
+
+TEST(DialogCommand, NeedsADisplay) {
+    const Outcome r = run("-u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM", "dialog");
+    EXPECT_EQ(r.status, 1);
+    EXPECT_NE(r.err.find("needs a display"), std::string::npos) << r.err;
+}
+
+TEST(DialogCommand, RejectsAnUnreadableRecordBeforeOpening) {
+    const Outcome r = run("QT_QPA_PLATFORM=offscreen", "dialog /nonexistent/record.rec -o /dev/null");
+    EXPECT_EQ(r.status, 2);
+    EXPECT_NE(r.err.find("cannot read"), std::string::npos) << r.err;
+}

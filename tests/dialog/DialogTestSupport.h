@@ -1,0 +1,92 @@
+#pragma once
+// What the dialog suites share: a host callback that records every update it
+// is sent, a generator's page built on its own, and a way to act on the modal
+// dialog once it is on screen.
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <functional>
+#include <vector>
+
+#include <QApplication>
+#include <QTimer>
+#include <QWidget>
+
+#include <gtest/gtest.h>
+
+#include "plugin/HostInterface.h"
+
+namespace dialogtest {
+
+struct HostUpdate {
+    std::array<std::uint32_t, 4> words;
+    std::array<char, 256> record;
+    std::array<char, 44> transforms;
+};
+
+inline std::vector<HostUpdate>& hostUpdates() {
+    static std::vector<HostUpdate> updates;
+    return updates;
+}
+
+inline float recordHostUpdate(std::uint32_t a, std::uint32_t b, std::uint32_t c, std::uint32_t d, char* record,
+                              char* transforms) {
+    HostUpdate update{{a, b, c, d}, {}, {}};
+    std::memcpy(update.record.data(), record, update.record.size());
+    std::memcpy(update.transforms.data(), transforms, update.transforms.size());
+    hostUpdates().push_back(update);
+    return 1.0f;
+}
+
+// Installs recordHostUpdate as the host's callback, with an empty log, for
+// the life of the object.
+struct RecordingHost {
+    RecordingHost() {
+        hostUpdates().clear();
+        DLL2KelmarCallBack = &recordHostUpdate;
+    }
+    ~RecordingHost() { DLL2KelmarCallBack = nullptr; }
+    RecordingHost(const RecordingHost&) = delete;
+    RecordingHost& operator=(const RecordingHost&) = delete;
+};
+
+// One generator's page as the registry builds it: the form on the page
+// first, then the panel over the texture. control<C>("name") finds a control
+// of the page, common block included.
+template <class T, class W, class U>
+struct PanelPage {
+    struct Form {
+        Form() { ui.setupUi(&page); }
+        T texture;
+        U ui;
+        QWidget page;
+    };
+    PanelPage() : wrapper(&form.texture, nullptr, &form.ui, &form.page, nullptr) {}
+
+    template <class C>
+    C* control(const char* name) const {
+        C* c = form.page.template findChild<C*>(name);
+        EXPECT_NE(c, nullptr) << name;
+        return c;
+    }
+    T& texture() { return form.texture; }
+
+    Form form;
+    W wrapper;
+};
+
+// Runs `act` on the modal dialog as soon as one is visible, polling the
+// event loop that shows it.
+inline void whenDialogShown(std::function<void(QWidget*)> act) {
+    QTimer::singleShot(10, [act] {
+        QWidget* dialog = QApplication::activeModalWidget();
+        if (dialog == nullptr || !dialog->isVisible()) {
+            whenDialogShown(act);
+            return;
+        }
+        act(dialog);
+    });
+}
+
+}  // namespace dialogtest

@@ -1,0 +1,332 @@
+// The dialog: its list of generators, loading the host's record, switching
+// generators, and what OK, Cancel and the close control hand back.
+
+#include <algorithm>
+#include <cstring>
+#include <set>
+
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QDoubleSpinBox>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSlider>
+#include <QStackedWidget>
+#include <QTest>
+#include <QWindow>
+
+#include <gtest/gtest.h>
+
+#include "DialogTestSupport.h"
+#include "dialog/GeneratorRegistry.h"
+#include "dialog/MainWindow.h"
+#include "dialog/QtWrapperBase.h"
+#include "textures/BrickTexture3D.h"
+#include "textures/CellTexture3D.h"
+#include "textures/CheckerboardTexture3D.h"
+#include "textures/ConstantTexture3D.h"
+
+using namespace gritwell;
+using dialogtest::hostUpdates;
+
+namespace {
+
+QListWidget* listOf(const MainWindow& w) { return w.findChild<QListWidget*>("generatorList"); }
+QStackedWidget* stackOf(const MainWindow& w) { return w.findChild<QStackedWidget*>("stackedWidget"); }
+
+// A control on a generator's page (names repeat from page to page).
+template <class C>
+C* control(const MainWindow& w, const std::string& generator, const char* name) {
+    InfoBase* entry = w.entry(generator);
+    EXPECT_NE(entry, nullptr) << generator;
+    C* c = entry->getStackWidget()->findChild<C*>(name);
+    EXPECT_NE(c, nullptr) << generator << " " << name;
+    return c;
+}
+
+std::vector<std::string> checkedItems(const MainWindow& w) {
+    std::vector<std::string> checked;
+    for (int row = 0; row < listOf(w)->count(); ++row)
+        if (listOf(w)->item(row)->checkState() == Qt::Checked) checked.push_back(listOf(w)->item(row)->text().toStdString());
+    return checked;
+}
+
+TransformData panelTransforms(const MainWindow& w, const std::string& generator) {
+    TransformData t;
+    w.entry(generator)->getWrapper()->getTransforms(t);
+    return t;
+}
+
+TransformData hostTransforms() {
+    TransformData t;
+    t.flags = 2 | 4;
+    t.xOffset = 0.25f;
+    t.zAngle = -0.125f;
+    t.overallScale = 3.5f;
+    t.yScale = 0.5f;
+    return t;
+}
+
+void expectSameTransforms(const TransformData& a, const TransformData& b) {
+    EXPECT_EQ(std::memcmp(&a, &b, sizeof a), 0);
+}
+
+// A Brick record with every field away from its default.
+std::array<char, 256> brickRecord() {
+    BrickTexture3D brick;
+    brick.setPattern(BrickTexture3D::HERRINGBONE);
+    brick.setBrickWidth(1.234f);
+    brick.setMortarThickness(0.025f);
+    brick.setMortarColor(0.37f);
+    brick.setRandomizeColors(true);
+    brick.setMinColor(0.6f);
+    brick.setMaxColor(0.8f);
+    brick.setRoundedCornersEnabled(true);
+    brick.setInteractiveUpdate(false);
+    std::array<char, 256> record{};
+    brick.getDescription(record.data());
+    return record;
+}
+
+void click(MainWindow& w, const std::string& generator) {
+    QListWidget* list = listOf(w);
+    const QRect where = list->visualItemRect(w.entry(generator)->getItem());
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, where.center());
+}
+
+}  // namespace
+
+TEST(GeneratorRegistry, RegistrationsFollowTheDialogOrder) {
+    const std::set<std::string_view> unique(GeneratorRegistry::kDialogOrder.begin(),
+                                            GeneratorRegistry::kDialogOrder.end());
+    EXPECT_EQ(unique.size(), 31u);
+    for (const char* hidden : {"Constant", "Cell Noise", "Penrose Rhombus"}) EXPECT_EQ(unique.count(hidden), 0u);
+    auto next = GeneratorRegistry::kDialogOrder.begin();
+    for (const GeneratorRegistry::Registration& r : GeneratorRegistry::registrations()) {
+        next = std::find(next, GeneratorRegistry::kDialogOrder.end(), r.name);
+        ASSERT_NE(next, GeneratorRegistry::kDialogOrder.end()) << r.name << " out of order";
+        ++next;
+    }
+}
+
+TEST(MainWindow, ListsTheRegisteredGeneratorsInOrderUnchecked) {
+    MainWindow w(nullptr);
+    const auto registrations = GeneratorRegistry::registrations();
+    ASSERT_EQ(listOf(w)->count(), static_cast<int>(registrations.size()));
+    for (std::size_t row = 0; row < registrations.size(); ++row) {
+        const QListWidgetItem* item = listOf(w)->item(static_cast<int>(row));
+        EXPECT_EQ(item->text().toStdString(), registrations[row].name);
+        EXPECT_EQ(item->checkState(), Qt::Unchecked) << registrations[row].name;
+        EXPECT_TRUE(item->flags() & Qt::ItemIsUserCheckable);
+        // Pages stand in the stack in the same order, after the form's two.
+        EXPECT_EQ(stackOf(w)->widget(static_cast<int>(row) + 2), w.entry(std::string(registrations[row].name))->getStackWidget());
+    }
+    for (const char* hidden : {"Constant", "Cell Noise", "Penrose Rhombus"}) {
+        EXPECT_EQ(w.entry(hidden), nullptr) << hidden;
+        EXPECT_TRUE(listOf(w)->findItems(hidden, Qt::MatchExactly).isEmpty()) << hidden;
+    }
+    EXPECT_EQ(w.currentGenerator(), "Checkerboard");
+    EXPECT_EQ(stackOf(w)->currentWidget(), w.entry("Checkerboard")->getStackWidget());
+    EXPECT_EQ(w.windowTitle(), "Gritwell");
+
+    char description[MainWindow::kDescriptionSize];
+    w.getDescription(description);
+    EXPECT_EQ(description[0], 0);
+    EXPECT_TRUE(std::all_of(description + 1, description + sizeof description, [](char c) { return c == ' '; }));
+}
+
+TEST(MainWindow, EntriesShareNoPageAndNoTexture) {
+    MainWindow w(nullptr);
+    std::set<const void*> pages, textures;
+    for (const auto& r : GeneratorRegistry::registrations()) {
+        InfoBase* e = w.entry(std::string(r.name));
+        pages.insert(e->getStackWidget());
+        textures.insert(e->getT3D());
+        EXPECT_EQ(e->getItem()->listWidget(), listOf(w));
+    }
+    EXPECT_EQ(pages.size(), GeneratorRegistry::registrations().size());
+    EXPECT_EQ(textures.size(), GeneratorRegistry::registrations().size());
+}
+
+TEST(MainWindow, LoadingABrickRecordShowsItsValues) {
+    dialogtest::RecordingHost host;
+    MainWindow w(nullptr);
+    const auto record = brickRecord();
+    w.setDescriptionAndTransforms(record.data(), hostTransforms());
+
+    EXPECT_EQ(w.currentGenerator(), "Brick");
+    EXPECT_EQ(checkedItems(w), std::vector<std::string>{"Brick"});
+    EXPECT_EQ(listOf(w)->currentItem(), w.entry("Brick")->getItem());
+    EXPECT_EQ(stackOf(w)->currentWidget(), w.entry("Brick")->getStackWidget());
+
+    EXPECT_EQ(control<QComboBox>(w, "Brick", "pattern")->currentIndex(), 0);
+    EXPECT_DOUBLE_EQ(control<QDoubleSpinBox>(w, "Brick", "width")->value(), 1.234);
+    EXPECT_DOUBLE_EQ(control<QDoubleSpinBox>(w, "Brick", "mortarThickness")->value(), 0.025);
+    EXPECT_EQ(control<QSlider>(w, "Brick", "mortarColor")->value(), 37);
+    EXPECT_EQ(control<QSlider>(w, "Brick", "minColor")->value(), 60);
+    EXPECT_EQ(control<QSlider>(w, "Brick", "maxColor")->value(), 80);
+    EXPECT_TRUE(control<QPushButton>(w, "Brick", "randomizeColors")->isChecked());
+    EXPECT_TRUE(control<QPushButton>(w, "Brick", "roundedCornersEnable")->isChecked());
+    EXPECT_FALSE(control<QPushButton>(w, "Brick", "newInteractiveUpdate")->isChecked());
+    EXPECT_EQ(control<QSlider>(w, "Brick", "transX")->value(), 25);
+    EXPECT_EQ(control<QSlider>(w, "Brick", "rotZ")->value(), -45);
+
+    // The texture holds the record exactly, and the host's flags word.
+    char held[256] = {};
+    w.getCurrentTexture()->getDescription(held);
+    EXPECT_EQ(std::memcmp(held, record.data(), BrickTexture3D::kRecordSize), 0);
+    EXPECT_EQ(w.getCurrentTexture()->flags(), 6);
+    expectSameTransforms(panelTransforms(w, "Brick"), hostTransforms());
+    // Choosing Brick sent its state to the host.
+    ASSERT_FALSE(hostUpdates().empty());
+    EXPECT_STREQ(hostUpdates().back().record.data() + 1, "Brick");
+}
+
+TEST(MainWindow, AnEmptyOrUnknownRecordOpensOnCheckerboardWithTheHostsTransforms) {
+    ConstantTexture3D constant;
+    CellTexture3D cell;
+    std::array<char, 256> constantRecord{}, cellRecord{}, unknown{}, empty{};
+    constant.getDescription(constantRecord.data());
+    cell.getDescription(cellRecord.data());
+    unknown = brickRecord();
+    std::memcpy(unknown.data() + 1, "Brickwork", 10);
+
+    for (const auto* record : {&empty, &constantRecord, &cellRecord, &unknown}) {
+        MainWindow w(nullptr);
+        w.setDescriptionAndTransforms(record->data(), hostTransforms());
+        EXPECT_EQ(w.currentGenerator(), "Checkerboard");
+        EXPECT_EQ(checkedItems(w), std::vector<std::string>{"Checkerboard"});
+        EXPECT_EQ(stackOf(w)->currentWidget(), w.entry("Checkerboard")->getStackWidget());
+        EXPECT_EQ(control<QSlider>(w, "Checkerboard", "transX")->value(), 25);
+        expectSameTransforms(panelTransforms(w, "Checkerboard"), hostTransforms());
+        // At the checkerboard's own defaults.
+        char held[256] = {}, defaults[256] = {};
+        w.getCurrentTexture()->getDescription(held);
+        CheckerboardTexture3D().getDescription(defaults);
+        EXPECT_EQ(std::memcmp(held, defaults, sizeof held), 0);
+    }
+}
+
+TEST(MainWindow, ClickingASecondGeneratorMovesTheCheckAndCarriesTheTransforms) {
+    dialogtest::RecordingHost host;
+    MainWindow w(nullptr);
+    std::array<char, 256> empty{};
+    w.setDescriptionAndTransforms(empty.data(), TransformData{});
+    w.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
+
+    control<QSlider>(w, "Checkerboard", "transX")->setValue(30);
+    control<QSlider>(w, "Checkerboard", "rotY")->setValue(90);
+    control<QDoubleSpinBox>(w, "Checkerboard", "overallScale")->setValue(2.5);
+    control<QSlider>(w, "Checkerboard", "scaleZ")->setValue(40);
+    const TransformData before = panelTransforms(w, "Checkerboard");
+
+    hostUpdates().clear();
+    click(w, "Brick");
+    EXPECT_EQ(w.currentGenerator(), "Brick");
+    EXPECT_EQ(checkedItems(w), std::vector<std::string>{"Brick"});
+    EXPECT_EQ(stackOf(w)->currentWidget(), w.entry("Brick")->getStackWidget());
+    expectSameTransforms(panelTransforms(w, "Brick"), before);
+    EXPECT_EQ(control<QSlider>(w, "Brick", "rotY")->value(), 90);
+    EXPECT_EQ(control<QSlider>(w, "Brick", "scaleZ")->value(), 40);
+    ASSERT_FALSE(hostUpdates().empty());
+    EXPECT_STREQ(hostUpdates().back().record.data() + 1, "Brick");
+    EXPECT_EQ(TransformData::fromBytes(hostUpdates().back().transforms.data()).yAngle, 0.25f);
+
+    // Each generator keeps its own parameters for the life of the dialog.
+    control<QSlider>(w, "Brick", "brickColor")->setValue(12);
+    click(w, "Checkerboard");
+    click(w, "Brick");
+    EXPECT_EQ(static_cast<BrickTexture3D*>(w.getCurrentTexture())->getBrickColor(), 0.12f);
+    EXPECT_EQ(control<QSlider>(w, "Brick", "brickColor")->value(), 12);
+}
+
+TEST(MainWindow, MovingTheCurrentRowWithoutAClickChoosesNothing) {
+    MainWindow w(nullptr);
+    listOf(w)->setCurrentItem(w.entry("Brick")->getItem());
+    EXPECT_EQ(w.currentGenerator(), "Checkerboard");
+    EXPECT_TRUE(checkedItems(w).empty());
+}
+
+TEST(MainWindow, OkGivesTheShownGeneratorsRecordAndThePanelsTransforms) {
+    MainWindow w(nullptr);
+    const auto record = brickRecord();
+    w.setDescriptionAndTransforms(record.data(), hostTransforms());
+    w.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
+    control<QSlider>(w, "Brick", "mortarColor")->setValue(55);
+    control<QSlider>(w, "Brick", "transY")->setValue(-10);
+
+    QTest::mouseClick(w.findChild<QDialogButtonBox*>("buttonBox")->button(QDialogButtonBox::Ok), Qt::LeftButton);
+    EXPECT_FALSE(w.isVisible());
+
+    char description[MainWindow::kDescriptionSize];
+    w.getDescription(description);
+    EXPECT_EQ(static_cast<unsigned char>(description[0]), BrickTexture3D::kRecordSize);
+    char held[256] = {};
+    w.getCurrentTexture()->getDescription(held);
+    EXPECT_EQ(std::memcmp(description, held, BrickTexture3D::kRecordSize), 0);
+    EXPECT_TRUE(std::all_of(description + BrickTexture3D::kRecordSize, description + sizeof description,
+                            [](char c) { return c == ' '; }));
+    TransformData out;
+    w.getTransforms(out);
+    expectSameTransforms(out, panelTransforms(w, "Brick"));
+    EXPECT_EQ(out.yOffset, static_cast<float>(-10 / 100.0));
+}
+
+TEST(MainWindow, CancelGivesNoRecordButTheEditedTransforms) {
+    MainWindow w(nullptr);
+    const auto record = brickRecord();
+    w.setDescriptionAndTransforms(record.data(), hostTransforms());
+    w.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
+    control<QSlider>(w, "Brick", "mortarColor")->setValue(55);
+    control<QSlider>(w, "Brick", "transY")->setValue(-10);
+
+    QTest::mouseClick(w.findChild<QDialogButtonBox*>("buttonBox")->button(QDialogButtonBox::Cancel), Qt::LeftButton);
+    EXPECT_FALSE(w.isVisible());
+    char description[MainWindow::kDescriptionSize];
+    w.getDescription(description);
+    EXPECT_EQ(description[0], 0);
+    TransformData out;
+    w.getTransforms(out);
+    EXPECT_EQ(out.yOffset, static_cast<float>(-10 / 100.0));
+    EXPECT_EQ(out.xOffset, 0.25f);
+}
+
+TEST(MainWindow, EscapeCancels) {
+    MainWindow w(nullptr);
+    const auto record = brickRecord();
+    w.setDescriptionAndTransforms(record.data(), hostTransforms());
+    w.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
+    control<QSlider>(w, "Brick", "transY")->setValue(20);
+    QTest::keyClick(&w, Qt::Key_Escape);
+    EXPECT_FALSE(w.isVisible());
+    char description[MainWindow::kDescriptionSize];
+    w.getDescription(description);
+    EXPECT_EQ(description[0], 0);
+    TransformData out;
+    w.getTransforms(out);
+    EXPECT_EQ(out.yOffset, 0.2f);
+}
+
+TEST(MainWindow, TheCloseControlGivesNoRecordAndTheLoadedTransforms) {
+    MainWindow w(nullptr);
+    const auto record = brickRecord();
+    w.setDescriptionAndTransforms(record.data(), hostTransforms());
+    w.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
+    control<QSlider>(w, "Brick", "mortarColor")->setValue(55);
+    control<QSlider>(w, "Brick", "transY")->setValue(-10);
+
+    ASSERT_NE(w.windowHandle(), nullptr);
+    w.windowHandle()->close();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !w.isVisible(); }));
+    char description[MainWindow::kDescriptionSize];
+    w.getDescription(description);
+    EXPECT_EQ(description[0], 0);
+    TransformData out;
+    w.getTransforms(out);
+    expectSameTransforms(out, hostTransforms());
+}
