@@ -35,7 +35,7 @@ std::string Texture3D::recordName(const char* record) {
 
 void Texture3D::release(Texture3D* texture) {
     if (texture == nullptr) return;
-    texture->~Texture3D();
+    texture->Texture3D::~Texture3D();
     ::operator delete(texture);
 }
 

@@ -1,0 +1,103 @@
+// Damaged state records: every generator adopts a record whose header is
+// valid and whose body is arbitrary, is evaluated at hard points in 3-D and
+// planar mode, and writes its record back. Older Brick and Weave layouts go
+// through their conversions.
+//
+// Input: generator selector, mode byte, up to 256 record bytes after the
+// header, then points (see FuzzInput::coordinate).
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "FuzzInput.h"
+#include "core/Texture3D.h"
+#include "textures/TextureFactory.h"
+
+using gritwell::BaseData;
+using gritwell::GeneratorInfo;
+using gritwell::TexturePtr;
+using gritwell::fuzz::FuzzInput;
+
+namespace {
+
+constexpr std::size_t kHostRecordBuffer = 256;  // the host's state-record buffer
+constexpr std::size_t kMaxPoints = 16;
+constexpr int kFlagModes[] = {2, 4};  // 3-D, then the x/y plane
+
+// The layouts the library still converts.
+int olderMajorVersion(std::string_view name) {
+    if (name == "Brick") return 3;
+    if (name == "Weave") return 2;
+    return -1;
+}
+
+const float kFixedPoints[][3] = {
+    {0.0f, 0.0f, 0.0f},
+    {-1.0f, -2.0f, -3.0f},
+    {__builtin_nanf(""), __builtin_nanf(""), __builtin_nanf("")},
+    {__builtin_inff(), -__builtin_inff(), 1e30f},
+    {-1e30f, 1e-40f, -1e-45f},
+};
+
+[[noreturn]] void fail() { std::abort(); }
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    FuzzInput in(data, size);
+    const auto generators = gritwell::TextureFactory::allGenerators();
+    const GeneratorInfo& info = *generators[in.byte() % generators.size()];
+    const std::uint8_t mode = in.byte();
+
+    TexturePtr texture(info.create());
+    // The record as the host holds it: a valid header (the generator's own)
+    // followed by whatever the file held.
+    const auto record = std::make_unique<char[]>(kHostRecordBuffer);
+    texture->getDescription(record.get());
+    in.bytes(record.get() + sizeof(BaseData), kHostRecordBuffer - sizeof(BaseData));
+    record[offsetof(BaseData, interactiveUpdate)] = static_cast<char>(mode >> 4);
+    const bool older = (mode & 1) != 0;
+    if (older) {
+        const int major = olderMajorVersion(info.name);
+        record[offsetof(BaseData, majorVersion)] =
+            static_cast<char>(major >= 0 ? major : static_cast<int>(mode >> 1));
+    }
+    texture->setStateFromDescription(record.get());
+
+    float points[kMaxPoints][3];
+    std::size_t n = 0;
+    while (n < kMaxPoints && in.remaining() != 0) {
+        for (float& c : points[n]) c = in.coordinate();
+        ++n;
+    }
+    const std::size_t fixed = sizeof kFixedPoints / sizeof kFixedPoints[0];
+    std::vector<float> batch(3 * (n + fixed));
+    std::memcpy(batch.data(), points, sizeof(float) * 3 * n);
+    std::memcpy(batch.data() + 3 * n, kFixedPoints, sizeof kFixedPoints);
+    const int count = static_cast<int>(n + fixed);
+
+    for (const int flags : kFlagModes) {
+        texture->setFlags(flags);
+        std::vector<float> out(static_cast<std::size_t>(count));
+        (*texture)(batch.data(), count, out.data());
+        for (int i = 0; i < count; ++i) {
+            const float one = (*texture)(batch.data() + 3 * i);
+            // The batch and the single point agree bit for bit, NaN included.
+            if (std::memcmp(&one, &out[static_cast<std::size_t>(i)], sizeof one) != 0) fail();
+        }
+    }
+
+    // Written back into a buffer of exactly the record's size, so a write
+    // past it is caught; a record of our version comes back as it went in,
+    // whatever evaluation did.
+    const auto written = std::make_unique<char[]>(static_cast<std::size_t>(info.recordSize));
+    texture->getDescription(written.get());
+    if (static_cast<std::uint8_t>(written[0]) != info.recordSize) fail();
+    if (!older && std::memcmp(written.get(), record.get(), static_cast<std::size_t>(info.recordSize)) != 0)
+        fail();
+    return 0;
+}
