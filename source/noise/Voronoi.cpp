@@ -118,7 +118,9 @@ void insert(float d, const Vec3& q, float* F, float* P) {
     if (place == 4) return;
     for (int r = 3; r > place; --r) {
         F[r] = F[r - 1];
-        std::copy_n(P + 3 * (r - 1), 3, P + 3 * r);
+        P[3 * r] = P[3 * r - 3];
+        P[3 * r + 1] = P[3 * r - 2];
+        P[3 * r + 2] = P[3 * r - 1];
     }
     F[place] = d;
     P[3 * place] = q.x;

@@ -1,0 +1,94 @@
+// The figures of docs/benchmarks.md: every generator through the plug-in's
+// session functions at its defaults and on records that take its costlier
+// paths, the 3-D lattice noise on its own, and libnoise's Perlin module as the
+// peer measured in the same run. tools/bench/table.sh runs it and writes the
+// table.
+
+#include <string>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+#include <libnoise/noise.h>
+
+#include "BenchPoints.h"
+#include "PluginLibrary.h"
+#include "RecordVariants.h"
+#include "noise/Perlin.h"
+#include "textures/TextureFactory.h"
+
+using namespace gritwell;
+
+namespace {
+
+PluginLibrary& plugin() {
+    static PluginLibrary library(GRITWELL_PLUGIN_PATH);
+    return library;
+}
+
+std::vector<float> packedPoints() {
+    std::vector<float> points;
+    for (const BenchPoint& p : benchPoints()) points.insert(points.end(), {p.x, p.y, p.z});
+    return points;
+}
+
+// ns per point of continueSession over the whole cloud in one call.
+void BM_Session(benchmark::State& state, const GeneratorInfo* generator, int variant) {
+    if (!plugin().ok()) {
+        state.SkipWithError(plugin().error().c_str());
+        return;
+    }
+    const std::vector<float> points = packedPoints();
+    const int n = static_cast<int>(points.size() / 3);
+    std::vector<float> out(n);
+    const std::vector<char> record = RecordVariants::record(*generator, variant);
+    PluginSession session(plugin(), std::vector<unsigned char>(record.begin(), record.begin() + generator->recordSize), 2);
+    for (auto _ : state) {
+        session.evaluate(points.data(), n, out.data());
+        benchmark::DoNotOptimize(out.data());
+        benchmark::ClobberMemory();
+    }
+    state.SetItemsProcessed(state.iterations() * n);
+}
+
+// Generators host sessions never open: the same batch call, in-process.
+void BM_Batch(benchmark::State& state, const GeneratorInfo* generator, int variant) {
+    const std::vector<float> points = packedPoints();
+    const int n = static_cast<int>(points.size() / 3);
+    std::vector<float> out(n);
+    TexturePtr t(generator->create());
+    t->setStateFromDescription(RecordVariants::record(*generator, variant).data());
+    for (auto _ : state) {
+        (*t)(points.data(), n, out.data());
+        benchmark::DoNotOptimize(out.data());
+        benchmark::ClobberMemory();
+    }
+    state.SetItemsProcessed(state.iterations() * n);
+}
+
+void BM_PerlinNoise3D(benchmark::State& state) {
+    benchOverPoints(state, [](const BenchPoint& p) { return Perlin::noise(p.x, p.y, p.z); });
+}
+
+void BM_LibnoisePerlin(benchmark::State& state) {
+    noise::module::Perlin perlin;
+    perlin.SetOctaveCount(static_cast<int>(state.range(0)));
+    benchOverPoints(state, [&perlin](const BenchPoint& p) { return perlin.GetValue(p.x, p.y, p.z); });
+}
+
+const int kRegistered = [] {
+    benchmark::AddCustomContext("compiler", "GCC " __VERSION__);
+    benchmark::AddCustomContext("flags", GRITWELL_BENCH_FLAGS);
+    benchmark::RegisterBenchmark("Primitive/Perlin::noise(x,y,z)", BM_PerlinNoise3D);
+    benchmark::RegisterBenchmark("Peer/libnoise Perlin", BM_LibnoisePerlin)->Arg(1)->Arg(6);
+    for (const GeneratorInfo* g : TextureFactory::allGenerators()) {
+        const bool host = TextureFactory::isHostGenerator(*g);
+        for (int v = 0; v < RecordVariants::kCount; ++v) {
+            const std::string name = std::string(host ? "Session/" : "Batch/") + std::string(g->name) + "/" +
+                                     std::string(RecordVariants::label(v));
+            benchmark::RegisterBenchmark(name.c_str(), host ? BM_Session : BM_Batch, g, v);
+        }
+    }
+    return 0;
+}();
+
+}  // namespace
