@@ -7,21 +7,29 @@
 #   ./run.sh sanitize   every test again, built with AddressSanitizer and
 #                       UndefinedBehaviorSanitizer (in build-sanitize/)
 #   ./run.sh bench      build and run the benchmarks
+#   ./run.sh bench-table  measure every generator and write docs/benchmarks.md
+#   ./run.sh fuzz [S]   build the libFuzzer targets with clang (in build-fuzz/)
+#                       and run each for S seconds (default 600), one at a time
 set -euo pipefail
 cd "$(dirname "$0")"
 
 packages=(
   g++ cmake ninja-build pkg-config binutils  # the toolchain; nm checks the exports
   libgtest-dev libbenchmark-dev              # tests and benchmarks
+  libnoise-dev python3                       # the benchmark table's peer, and its Markdown
   libcli11-dev                               # command-line parsing
   nlohmann-json3-dev                         # records as JSON
   libpng-dev                                 # PNG output
   libstb-dev fonts-dejavu-core               # stb_perlin, gallery labels
+  qt6-base-dev                               # the generator dialog (Qt 6 Widgets, QtTest)
 )
 
-install_missing() {
+# Only the fuzz command needs these.
+fuzz_packages=(clang libclang-rt-14-dev)
+
+install_missing() {  # install_missing [extra packages...]
   local missing=()
-  for p in "${packages[@]}"; do
+  for p in "${packages[@]}" "$@"; do
     dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
   done
   [ ${#missing[@]} -eq 0 ] && return
@@ -63,8 +71,29 @@ case "${1:-gallery}" in
     ./build/bench/texture_bench
     ./build/bench/generators_bench
     ;;
+  fuzz)
+    seconds=${2:-600}
+    install_missing "${fuzz_packages[@]}"
+    cmake -S . -B build-fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER=clang++ \
+      -DGRITWELL_FUZZ=ON -DGRITWELL_BUILD_TESTS=OFF -DGRITWELL_BUILD_BENCHMARKS=OFF >/dev/null
+    targets=(records session vector_text)
+    cmake --build build-fuzz -j "$(nproc)" --target "${targets[@]/#/fuzz_}"
+    mkdir -p build-fuzz/artifacts
+    for t in "${targets[@]}"; do
+      # New inputs go to build-fuzz/corpus/$t; the committed seeds are read only.
+      mkdir -p "build-fuzz/corpus/$t"
+      echo "== fuzz_$t for ${seconds}s"
+      "./build-fuzz/fuzz/fuzz_$t" -max_total_time="$seconds" -timeout=30 -rss_limit_mb=2048 -max_len=1024 \
+        -print_final_stats=1 -close_fd_mask=2 -artifact_prefix="build-fuzz/artifacts/$t-" \
+        "build-fuzz/corpus/$t" "fuzz/corpus/$t"
+    done
+    ;;
+  bench-table)
+    install_missing
+    tools/bench/table.sh
+    ;;
   *)
-    echo "usage: ./run.sh [gallery|test|sanitize|bench]" >&2
+    echo "usage: ./run.sh [gallery|test|sanitize|bench|bench-table|fuzz [SECONDS]]" >&2
     exit 2
     ;;
 esac
