@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstring>
 #include <functional>
+#include <string>
 #include <vector>
 
 #include <QApplication>
@@ -56,6 +57,8 @@ struct RecordingHost {
 // of the page, common block included.
 template <class T, class W, class U>
 struct PanelPage {
+    using Texture = T;
+    using Ui = U;
     struct Form {
         Form() { ui.setupUi(&page); }
         T texture;
@@ -71,10 +74,26 @@ struct PanelPage {
         return c;
     }
     T& texture() { return form.texture; }
+    // The texture's record as the host gets it (getDescription is not const).
+    std::string record() {
+        char bytes[256] = {};
+        form.texture.getDescription(bytes);
+        return std::string(bytes, sizeof bytes);
+    }
 
     Form form;
     W wrapper;
 };
+
+// The page's own controls of type C, without the common transform block.
+template <class C>
+std::vector<C*> ownControls(const QWidget& page) {
+    const auto* common = page.findChild<QWidget*>("CommonWidget");
+    std::vector<C*> own;
+    for (C* c : page.findChildren<C*>())
+        if (common == nullptr || !common->isAncestorOf(c)) own.push_back(c);
+    return own;
+}
 
 // Runs `act` on the modal dialog as soon as one is visible, polling the
 // event loop that shows it.

@@ -30,36 +30,12 @@
 
 using namespace gritwell;
 using dialogtest::hostUpdates;
+using dialogtest::ownControls;
 
 namespace {
 
-// A page on its own, as the registry builds it: form first, then the panel.
 template <class T, class W, class U>
-struct Page {
-    struct Form {
-        Form() { ui.setupUi(&page); }
-        T texture;
-        U ui;
-        QWidget page;
-    };
-    Page() : wrapper(&form.texture, nullptr, &form.ui, &form.page, nullptr) {}
-
-    template <class C>
-    C* control(const char* name) const {
-        C* c = form.page.template findChild<C*>(name);
-        EXPECT_NE(c, nullptr) << name;
-        return c;
-    }
-    T& texture() { return form.texture; }
-    std::string record() {
-        char bytes[256] = {};
-        form.texture.getDescription(bytes);
-        return std::string(bytes, sizeof bytes);
-    }
-
-    Form form;
-    W wrapper;
-};
+using Page = dialogtest::PanelPage<T, W, U>;
 using PerlinPage = Page<PerlinTexture3D, PerlinQtWrapper, Ui_PerlinWidget>;
 using WoodPage = Page<WoodTexture3D, WoodQtWrapper, Ui_WoodWidget>;
 using SimpleMarblePage = Page<SimpleMarbleTexture3D, SimpleMarbleQtWrapper, Ui_SimpleMarbleWidget>;
@@ -68,16 +44,6 @@ using SpheresPage = Page<SpheresTexture3D, SpheresQtWrapper, Ui_SpheresWidget>;
 using GranitePage = Page<GraniteTexture3D, GraniteQtWrapper, Ui_GraniteWidget>;
 using GradientPage = Page<GradientTexture3D, GradientQtWrapper, Ui_GradientWidget>;
 using SimplexPage = Page<SimplexTexture3D, SimplexQtWrapper, Ui_SimplexWidget>;
-
-// The page's own controls of type C, without the common transform block.
-template <class C>
-std::vector<C*> ownControls(const QWidget& page) {
-    const auto* common = page.findChild<QWidget*>("CommonWidget");
-    std::vector<C*> own;
-    for (C* c : page.findChildren<C*>())
-        if (common == nullptr || !common->isAncestorOf(c)) own.push_back(c);
-    return own;
-}
 
 // Every own control's value, keyed by object name.
 std::map<std::string, double> controlValues(const QWidget& page) {

@@ -28,52 +28,12 @@
 
 using namespace gritwell;
 using dialogtest::hostUpdates;
+using dialogtest::ownControls;
 
 namespace {
 
-// A page on its own, as the registry builds it: form first, then the panel.
 template <class T, class W, class U>
-struct Page {
-    using Texture = T;
-    struct Form {
-        Form() { ui.setupUi(&page); }
-        T texture;
-        U ui;
-        QWidget page;
-    };
-    Page() : wrapper(&form.texture, nullptr, &form.ui, &form.page, nullptr) {}
-
-    template <class C>
-    C* control(const char* name) const {
-        C* c = form.page.template findChild<C*>(name);
-        EXPECT_NE(c, nullptr) << name;
-        return c;
-    }
-    T& texture() { return form.texture; }
-
-    // The page's own controls of kind C, without the common transform block.
-    template <class C>
-    std::vector<C*> ownControls() const {
-        std::vector<C*> own;
-        for (C* c : form.page.template findChildren<C*>()) {
-            bool common = false;
-            for (const QObject* o = c->parent(); o != nullptr && o != &form.page; o = o->parent())
-                common = common || o->objectName() == "CommonWidget";
-            if (!common) own.push_back(c);
-        }
-        return own;
-    }
-
-    // getDescription is not const: the texture's record as the host gets it.
-    std::vector<char> record() {
-        std::vector<char> bytes(256);
-        form.texture.getDescription(bytes.data());
-        return bytes;
-    }
-
-    Form form;
-    W wrapper;
-};
+using Page = dialogtest::PanelPage<T, W, U>;
 using VoronoiPage = Page<VoronoiTexture3D, VoronoiQtWrapper, Ui_VoronoiWidget>;
 using GridPage = Page<GridTexture3D, GridQtWrapper, Ui_GridWidget>;
 using TurbulencePage = Page<TurbulenceTexture3D, TurbulenceQtWrapper, Ui_TurbulenceWidget>;
@@ -87,7 +47,7 @@ using SpeckledStonePage = Page<SpeckledStoneTexture3D, SpeckledStoneQtWrapper, U
 template <class P>
 void expectOneUpdate(P& p, const char* what) {
     ASSERT_EQ(hostUpdates().size(), 1u) << what;
-    const std::vector<char> record = p.record();
+    const std::string record = p.record();
     EXPECT_EQ(std::memcmp(hostUpdates()[0].record.data(), record.data(), record.size()), 0) << what;
     hostUpdates().clear();
 }
@@ -111,13 +71,13 @@ TYPED_TEST(GroupBPage, FormIsTitledAndEveryControlExplainsItself) {
     TypeParam p;
     EXPECT_EQ(p.form.page.windowTitle().toStdString(), TypeParam::Texture::kName);
     std::vector<QWidget*> controls;
-    for (auto* c : p.template ownControls<QAbstractSpinBox>()) controls.push_back(c);
-    for (auto* c : p.template ownControls<QComboBox>()) controls.push_back(c);
-    for (auto* c : p.template ownControls<QPushButton>()) {
+    for (auto* c : ownControls<QAbstractSpinBox>(p.form.page)) controls.push_back(c);
+    for (auto* c : ownControls<QComboBox>(p.form.page)) controls.push_back(c);
+    for (auto* c : ownControls<QPushButton>(p.form.page)) {
         EXPECT_TRUE(c->isCheckable()) << c->objectName().toStdString();
         controls.push_back(c);
     }
-    for (auto* slider : p.template ownControls<QSlider>()) {
+    for (auto* slider : ownControls<QSlider>(p.form.page)) {
         // Fractions and intensities: 0..1 on 0..100, in a frame the theme
         // outlines on hover.
         EXPECT_EQ(slider->minimum(), 0) << slider->objectName().toStdString();
@@ -137,16 +97,16 @@ TYPED_TEST(GroupBPage, DefaultsSurviveTheRoundTripThroughTheControls) {
     // move: the form's ranges, decimals and labels hold every default.
     dialogtest::RecordingHost host;
     TypeParam p;
-    const std::vector<char> defaults = p.record();
+    const std::string defaults = p.record();
     p.wrapper.updateUI();
     EXPECT_EQ(p.record(), defaults);
     hostUpdates().clear();
 
-    for (auto* c : p.template ownControls<QDoubleSpinBox>()) emit c->valueChanged(c->value());
-    for (auto* c : p.template ownControls<QSpinBox>()) emit c->valueChanged(c->value());
-    for (auto* c : p.template ownControls<QSlider>()) emit c->valueChanged(c->value());
-    for (auto* c : p.template ownControls<QPushButton>()) emit c->toggled(c->isChecked());
-    for (auto* c : p.template ownControls<QComboBox>()) {
+    for (auto* c : ownControls<QDoubleSpinBox>(p.form.page)) emit c->valueChanged(c->value());
+    for (auto* c : ownControls<QSpinBox>(p.form.page)) emit c->valueChanged(c->value());
+    for (auto* c : ownControls<QSlider>(p.form.page)) emit c->valueChanged(c->value());
+    for (auto* c : ownControls<QPushButton>(p.form.page)) emit c->toggled(c->isChecked());
+    for (auto* c : ownControls<QComboBox>(p.form.page)) {
         emit c->currentIndexChanged(c->currentIndex());
         emit c->currentTextChanged(c->currentText());
     }
@@ -159,9 +119,9 @@ TYPED_TEST(GroupBPage, InteractiveUpdateFollowsTheRecord) {
     TypeParam p;
     auto* button = p.template control<QPushButton>("newInteractiveUpdate");
     const auto expectTracking = [&](bool on) {
-        for (auto* s : p.template ownControls<QSlider>())
+        for (auto* s : ownControls<QSlider>(p.form.page))
             EXPECT_EQ(s->hasTracking(), on) << s->objectName().toStdString();
-        for (auto* s : p.template ownControls<QAbstractSpinBox>())
+        for (auto* s : ownControls<QAbstractSpinBox>(p.form.page))
             EXPECT_EQ(s->keyboardTracking(), on) << s->objectName().toStdString();
     };
 
@@ -229,7 +189,7 @@ TEST(VoronoiPanel, UpdateUIShowsTheRecordWithoutRewritingIt) {
     t.setScale(2.34567f);
     t.setType(Voronoi::Difference32);
     t.setDistanceMethod(Voronoi::Chebychev);
-    const std::vector<char> before = p.record();
+    const std::string before = p.record();
     p.wrapper.updateUI();
     EXPECT_DOUBLE_EQ(p.control<QDoubleSpinBox>("scale")->value(), 2.346);
     EXPECT_EQ(p.control<QComboBox>("type")->currentText(), "Difference (3-2)");
@@ -239,7 +199,7 @@ TEST(VoronoiPanel, UpdateUIShowsTheRecordWithoutRewritingIt) {
     // Values the lists have no label for leave them blank and stay stored.
     t.setType(static_cast<Voronoi::VoronoiType>(9));
     t.setDistanceMethod(static_cast<Voronoi::DistanceMethod>(-3));
-    const std::vector<char> invalid = p.record();
+    const std::string invalid = p.record();
     p.wrapper.updateUI();
     EXPECT_EQ(p.control<QComboBox>("type")->currentIndex(), -1);
     EXPECT_EQ(p.control<QComboBox>("distanceMethod")->currentIndex(), -1);
@@ -307,7 +267,7 @@ TEST(GridPanel, UpdateUIShowsTheRecordWithoutRewritingIt) {
     // must not let the pairing rule straighten it out.
     t.setMinColor(0.9f);
     t.setMaxColor(0.2f);
-    const std::vector<char> before = p.record();
+    const std::string before = p.record();
     p.wrapper.updateUI();
     EXPECT_EQ(p.control<QSlider>("gridWidth")->value(), 25);
     EXPECT_TRUE(p.control<QPushButton>("randomizeColors")->isChecked());
@@ -349,7 +309,7 @@ void fractalUpdateUIShowsTheRecord() {
     t.setLacunarity(1.9876f);
     t.setGain(0.61234f);
     t.setScale(12.5f);
-    const std::vector<char> before = p.record();
+    const std::string before = p.record();
     p.wrapper.updateUI();
     EXPECT_EQ(p.template control<QSpinBox>("octaves")->value(), 7);
     EXPECT_DOUBLE_EQ(p.template control<QDoubleSpinBox>("lacunarity")->value(), 1.988);
@@ -392,7 +352,7 @@ void noiseUpdateUIShowsTheRecord(float magnitude, double shown) {
     auto& t = p.texture();
     t.setScale(3.14159f);
     t.setMagnitude(magnitude);
-    const std::vector<char> before = p.record();
+    const std::string before = p.record();
     p.wrapper.updateUI();
     EXPECT_DOUBLE_EQ(p.template control<QDoubleSpinBox>("scale")->value(), 3.142);
     EXPECT_DOUBLE_EQ(p.template control<QDoubleSpinBox>("magnitude")->value(), shown);
@@ -448,7 +408,7 @@ TEST(NestedShapesPanel, UpdateUIShowsEachShapesLabel) {
     p.texture().setThickness(0.257f);
     for (const auto& s : shapes) {
         p.texture().setShapeType(s.shape);
-        const std::vector<char> before = p.record();
+        const std::string before = p.record();
         p.wrapper.updateUI();
         EXPECT_EQ(p.control<QComboBox>("shapeType")->currentText(), s.label);
         EXPECT_EQ(p.control<QSlider>("thickness")->value(), 25);
@@ -458,7 +418,7 @@ TEST(NestedShapesPanel, UpdateUIShowsEachShapesLabel) {
     // A stored number no label stands for: the list goes blank and the
     // record keeps it until the user picks a shape.
     p.texture().setShapeType(static_cast<NestedShapesTexture3D::ShapeType>(7));
-    const std::vector<char> invalid = p.record();
+    const std::string invalid = p.record();
     p.wrapper.updateUI();
     EXPECT_EQ(p.control<QComboBox>("shapeType")->currentIndex(), -1);
     EXPECT_EQ(p.record(), invalid);
@@ -508,7 +468,7 @@ TEST(SpeckledStonePanel, UpdateUIShowsTheRecordWithoutRewritingIt) {
     t.setExponent(3);
     t.setGrainColor(0.257f);
     t.setBaseColor(0.999f);
-    const std::vector<char> before = p.record();
+    const std::string before = p.record();
     p.wrapper.updateUI();
     EXPECT_DOUBLE_EQ(p.control<QDoubleSpinBox>("scale")->value(), 0.0123);
     EXPECT_EQ(p.control<QSpinBox>("nShades")->value(), 9);

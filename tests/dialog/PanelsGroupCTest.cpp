@@ -39,30 +39,8 @@ using dialogtest::hostUpdates;
 
 namespace {
 
-// A page on its own, as the registry builds it: form first, then the panel.
 template <class T, class W, class U>
-struct Page {
-    using Texture = T;
-    using Form = U;
-    struct Parts {
-        Parts() { ui.setupUi(&page); }
-        T texture;
-        U ui;
-        QWidget page;
-    };
-    Page() : wrapper(&parts.texture, nullptr, &parts.ui, &parts.page, nullptr) {}
-
-    template <class C>
-    C* control(const char* name) const {
-        C* c = parts.page.template findChild<C*>(name);
-        EXPECT_NE(c, nullptr) << name;
-        return c;
-    }
-    T& texture() { return parts.texture; }
-
-    Parts parts;
-    W wrapper;
-};
+using Page = dialogtest::PanelPage<T, W, U>;
 
 using HexTilePage = Page<HexTileTexture3D, HexTileQtWrapper, Ui_HexTileWidget>;
 using SpiralPage = Page<SpiralTexture3D, SpiralQtWrapper, Ui_SpiralWidget>;
@@ -256,7 +234,7 @@ TYPED_TEST_SUITE(GroupCPanel, Pages, PageName);
 
 TYPED_TEST(GroupCPanel, FormHoldsTheTabledControlsWithToolTipsAndRangesCoveringTheDomain) {
     using T = typename TypeParam::Texture;
-    typename TypeParam::Form ui;
+    typename TypeParam::Ui ui;
     QWidget form;
     ui.setupUi(&form);
     EXPECT_EQ(form.windowTitle().toStdString(), T::kName);

@@ -30,53 +30,18 @@
 
 using namespace gritwell;
 using dialogtest::hostUpdates;
+using dialogtest::ownControls;
 
 namespace {
 
-// A page on its own, as the registry builds it: form first, then the panel.
 template <class T, class W, class U>
-struct Page {
-    using Texture = T;
-    struct Form {
-        Form() { ui.setupUi(&page); }
-        T texture;
-        U ui;
-        QWidget page;
-    };
-    Page() : wrapper(&form.texture, nullptr, &form.ui, &form.page, nullptr) {}
-
-    template <class C>
-    C* control(const char* name) const {
-        C* c = form.page.template findChild<C*>(name);
-        EXPECT_NE(c, nullptr) << name;
-        return c;
-    }
-    T& texture() { return form.texture; }
-    std::string record() {
-        char bytes[256] = {};
-        form.texture.getDescription(bytes);
-        return std::string(bytes, sizeof bytes);
-    }
-
-    Form form;
-    W wrapper;
-};
+using Page = dialogtest::PanelPage<T, W, U>;
 using WeavePage = Page<WeaveTexture3D, WeaveQtWrapper, Ui_WeaveWidget>;
 using CorrugatedPage = Page<CorrugatedTexture3D, CorrugatedQtWrapper, Ui_CorrugatedWidget>;
 using SnakeskinPage = Page<SnakeskinTexture3D, SnakeskinQtWrapper, Ui_SnakeskinWidget>;
 using ScalesPage = Page<ScalesTexture3D, ScalesQtWrapper, Ui_ScalesWidget>;
 using HoundstoothPage = Page<HoundstoothTexture3D, HoundstoothQtWrapper, Ui_HoundstoothWidget>;
 using PenrosePage = Page<PenroseRhombusTexture3D, PenroseRhombusQtWrapper, Ui_PenroseRhombusWidget>;
-
-// The page's own controls of type C, without the common transform block.
-template <class C>
-std::vector<C*> ownControls(const QWidget& page) {
-    const auto* common = page.findChild<QWidget*>("CommonWidget");
-    std::vector<C*> own;
-    for (C* c : page.findChildren<C*>())
-        if (common == nullptr || !common->isAncestorOf(c)) own.push_back(c);
-    return own;
-}
 
 // The one host update the last change sent, carrying the texture's record.
 template <class P>
