@@ -1,5 +1,6 @@
 #pragma once
-// The one place where a float or double becomes an integer.
+// The one place where a float or double becomes an integer (FloatToIntLanes.h
+// holds the same rule lane by lane for the batch kernels).
 //
 // A record from a damaged file, or a point far out on a mesh, can hand us NaN,
 // an infinity or a value beyond the int range. A plain C++ conversion of such

@@ -1,0 +1,26 @@
+#pragma once
+// FloatToInt's cell index, lane by lane, for the batch kernels.
+//
+// cvttps2dq answers INT_MIN for a NaN or out-of-range lane, exactly what
+// truncToInt answers for the same float, and adding the all-ones mask of a
+// negative lane is wrapAdd(i, -1): every lane equals cellIndex(lane).
+// Only code compiled for the named instruction set may call these.
+
+#if defined(__x86_64__)
+#include <immintrin.h>
+
+namespace gritwell {
+
+__attribute__((target("avx2"))) inline __m256i cellIndex(__m256 v) {
+    const __m256 negative = _mm256_cmp_ps(v, _mm256_setzero_ps(), _CMP_LT_OQ);
+    return _mm256_add_epi32(_mm256_cvttps_epi32(v), _mm256_castps_si256(negative));
+}
+
+__attribute__((target("avx512f"))) inline __m512i cellIndex(__m512 v) {
+    const __mmask16 negative = _mm512_cmp_ps_mask(v, _mm512_setzero_ps(), _CMP_LT_OQ);
+    const __m512i t = _mm512_cvttps_epi32(v);
+    return _mm512_mask_sub_epi32(t, negative, t, _mm512_set1_epi32(1));
+}
+
+}  // namespace gritwell
+#endif

@@ -1,0 +1,234 @@
+// Ken Perlin's lattice noise (1985) with his improved gradients and fade (2002), evaluated
+// across points: the same operations in the same order as Perlin::noise, one lane per point.
+#include "noise/PerlinBatch.h"
+
+// GCC 12's AVX-512 intrinsics start some results from a deliberately
+// undefined register and then warn that it may be used uninitialised.
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <cstring>
+
+#include "core/FloatToIntLanes.h"
+#include "noise/Perlin.h"
+#include "noise/PerlinPermutation.h"
+
+namespace gritwell {
+
+namespace {
+
+// The scale that brings the 3-D lattice noise to about [-1, 1].
+constexpr float kNoiseScale3 = 0.936f;
+// Points per pass of the octave sum: its scratch lives on the stack.
+constexpr int kBlock = 256;
+
+void noiseScalar(const float* x, const float* y, const float* z, float* out, int n) {
+    for (int i = 0; i < n; ++i) out[i] = Perlin::noise(x[i], y[i], z[i]);
+}
+
+#if defined(__x86_64__)
+
+// ---- AVX2: eight points per step, the hash chain through gathers ----------
+
+#define GRITWELL_AVX2 __attribute__((target("avx2")))
+
+// The permutation twice over as 32-bit words; every index the hash chain
+// forms stays below 512.
+alignas(64) constexpr std::array<std::int32_t, 512> kPermWords = doubledPerlinPermutation<std::int32_t>();
+
+GRITWELL_AVX2 inline __m256 fade(__m256 t) {
+    const __m256 t3 = _mm256_mul_ps(_mm256_mul_ps(t, t), t);
+    const __m256 inner = _mm256_sub_ps(_mm256_mul_ps(t, _mm256_set1_ps(6.0f)), _mm256_set1_ps(15.0f));
+    return _mm256_mul_ps(t3, _mm256_add_ps(_mm256_mul_ps(t, inner), _mm256_set1_ps(10.0f)));
+}
+
+GRITWELL_AVX2 inline __m256 interp(__m256 t, __m256 a, __m256 b) {
+    return _mm256_add_ps(a, _mm256_mul_ps(t, _mm256_sub_ps(b, a)));
+}
+
+// Perlin::grad(h, x, y, z): u = x for h & 8 clear, else y; v = y for h < 4,
+// x for h 12 and 14, else z; each negated by bits 0 and 1.
+GRITWELL_AVX2 inline __m256 grad(__m256i hash, __m256 x, __m256 y, __m256 z) {
+    const __m256i h = _mm256_and_si256(hash, _mm256_set1_epi32(15));
+    const __m256 u = _mm256_blendv_ps(x, y, _mm256_castsi256_ps(_mm256_slli_epi32(h, 28)));
+    const __m256i below4 = _mm256_cmpgt_epi32(_mm256_set1_epi32(4), h);
+    const __m256i is12or14 = _mm256_cmpeq_epi32(_mm256_and_si256(h, _mm256_set1_epi32(13)), _mm256_set1_epi32(12));
+    __m256 v = _mm256_blendv_ps(z, x, _mm256_castsi256_ps(is12or14));
+    v = _mm256_blendv_ps(v, y, _mm256_castsi256_ps(below4));
+    const __m256i signU = _mm256_slli_epi32(h, 31);
+    const __m256i signV = _mm256_slli_epi32(_mm256_and_si256(h, _mm256_set1_epi32(2)), 30);
+    return _mm256_add_ps(_mm256_xor_ps(u, _mm256_castsi256_ps(signU)), _mm256_xor_ps(v, _mm256_castsi256_ps(signV)));
+}
+
+GRITWELL_AVX2 inline __m256i perm(__m256i index) { return _mm256_i32gather_epi32(kPermWords.data(), index, 4); }
+
+GRITWELL_AVX2 void noiseAvx2(const float* xs, const float* ys, const float* zs, float* out, int n) {
+    const __m256i one = _mm256_set1_epi32(1), low8 = _mm256_set1_epi32(255);
+    const __m256 onef = _mm256_set1_ps(1.0f);
+    int k = 0;
+    for (; k + 8 <= n; k += 8) {
+        const __m256 x = _mm256_loadu_ps(xs + k), y = _mm256_loadu_ps(ys + k), z = _mm256_loadu_ps(zs + k);
+        const __m256i cx = cellIndex(x), cy = cellIndex(y), cz = cellIndex(z);
+        const __m256i ix = _mm256_and_si256(cx, low8), iy = _mm256_and_si256(cy, low8), iz = _mm256_and_si256(cz, low8);
+        const __m256 x0 = _mm256_sub_ps(x, _mm256_cvtepi32_ps(cx));
+        const __m256 y0 = _mm256_sub_ps(y, _mm256_cvtepi32_ps(cy));
+        const __m256 z0 = _mm256_sub_ps(z, _mm256_cvtepi32_ps(cz));
+        const __m256 x1 = _mm256_sub_ps(x0, onef), y1 = _mm256_sub_ps(y0, onef), z1 = _mm256_sub_ps(z0, onef);
+        const __m256i a = _mm256_add_epi32(perm(ix), iy);
+        const __m256i b = _mm256_add_epi32(perm(_mm256_add_epi32(ix, one)), iy);
+        const __m256i aa = _mm256_add_epi32(perm(a), iz), ab = _mm256_add_epi32(perm(_mm256_add_epi32(a, one)), iz);
+        const __m256i ba = _mm256_add_epi32(perm(b), iz), bb = _mm256_add_epi32(perm(_mm256_add_epi32(b, one)), iz);
+        const __m256 u = fade(x0), v = fade(y0), w = fade(z0);
+        const __m256 near = interp(v, interp(u, grad(perm(aa), x0, y0, z0), grad(perm(ba), x1, y0, z0)),
+                                   interp(u, grad(perm(ab), x0, y1, z0), grad(perm(bb), x1, y1, z0)));
+        const __m256 far = interp(v,
+                                  interp(u, grad(perm(_mm256_add_epi32(aa, one)), x0, y0, z1),
+                                         grad(perm(_mm256_add_epi32(ba, one)), x1, y0, z1)),
+                                  interp(u, grad(perm(_mm256_add_epi32(ab, one)), x0, y1, z1),
+                                         grad(perm(_mm256_add_epi32(bb, one)), x1, y1, z1)));
+        _mm256_storeu_ps(out + k, _mm256_mul_ps(_mm256_set1_ps(kNoiseScale3), interp(w, near, far)));
+    }
+    noiseScalar(xs + k, ys + k, zs + k, out + k, n - k);
+}
+
+// ---- AVX-512: sixteen points per step, the hash chain through byte permutes
+
+#define GRITWELL_AVX512 __attribute__((target("avx512f,avx512bw,avx512vbmi")))
+
+GRITWELL_AVX512 inline __m512 fade(__m512 t) {
+    const __m512 t3 = _mm512_mul_ps(_mm512_mul_ps(t, t), t);
+    const __m512 inner = _mm512_sub_ps(_mm512_mul_ps(t, _mm512_set1_ps(6.0f)), _mm512_set1_ps(15.0f));
+    return _mm512_mul_ps(t3, _mm512_add_ps(_mm512_mul_ps(t, inner), _mm512_set1_ps(10.0f)));
+}
+
+GRITWELL_AVX512 inline __m512 interp(__m512 t, __m512 a, __m512 b) {
+    return _mm512_add_ps(a, _mm512_mul_ps(t, _mm512_sub_ps(b, a)));
+}
+
+GRITWELL_AVX512 inline __m512 grad(__m512i hash, __m512 x, __m512 y, __m512 z) {
+    const __m512i h = _mm512_and_si512(hash, _mm512_set1_epi32(15));
+    const __mmask16 useY = _mm512_test_epi32_mask(h, _mm512_set1_epi32(8));
+    const __mmask16 below4 = _mm512_cmplt_epi32_mask(h, _mm512_set1_epi32(4));
+    const __mmask16 is12or14 =
+        _mm512_cmpeq_epi32_mask(_mm512_and_si512(h, _mm512_set1_epi32(13)), _mm512_set1_epi32(12));
+    const __m512 u = _mm512_mask_blend_ps(useY, x, y);
+    const __m512 v = _mm512_mask_blend_ps(below4, _mm512_mask_blend_ps(is12or14, z, x), y);
+    const __m512i signU = _mm512_slli_epi32(h, 31);
+    const __m512i signV = _mm512_slli_epi32(_mm512_and_si512(h, _mm512_set1_epi32(2)), 30);
+    return _mm512_add_ps(_mm512_castsi512_ps(_mm512_xor_si512(_mm512_castps_si512(u), signU)),
+                         _mm512_castsi512_ps(_mm512_xor_si512(_mm512_castps_si512(v), signV)));
+}
+
+// The 256-byte permutation in four registers; perm[i] = P[i & 255] because
+// the doubled table repeats, so the low byte of an index is all it needs.
+struct PermRegisters {
+    __m512i q0, q1, q2, q3;
+};
+
+GRITWELL_AVX512 inline __m512i perm(const PermRegisters& p, __m512i index) {
+    const __m512i bytes = _mm512_castsi128_si512(_mm512_cvtepi32_epi8(index));
+    const __m512i low = _mm512_permutex2var_epi8(p.q0, bytes, p.q1);
+    const __m512i high = _mm512_permutex2var_epi8(p.q2, bytes, p.q3);
+    const __m512i looked = _mm512_mask_blend_epi8(_mm512_movepi8_mask(bytes), low, high);
+    return _mm512_cvtepu8_epi32(_mm512_castsi512_si128(looked));
+}
+
+GRITWELL_AVX512 void noiseAvx512(const float* xs, const float* ys, const float* zs, float* out, int n) {
+    const PermRegisters p{_mm512_loadu_si512(kPerlinPermutation.data()), _mm512_loadu_si512(kPerlinPermutation.data() + 64),
+                          _mm512_loadu_si512(kPerlinPermutation.data() + 128),
+                          _mm512_loadu_si512(kPerlinPermutation.data() + 192)};
+    const __m512i one = _mm512_set1_epi32(1), low8 = _mm512_set1_epi32(255);
+    const __m512 onef = _mm512_set1_ps(1.0f);
+    int k = 0;
+    for (; k + 16 <= n; k += 16) {
+        const __m512 x = _mm512_loadu_ps(xs + k), y = _mm512_loadu_ps(ys + k), z = _mm512_loadu_ps(zs + k);
+        const __m512i cx = cellIndex(x), cy = cellIndex(y), cz = cellIndex(z);
+        const __m512i ix = _mm512_and_si512(cx, low8), iy = _mm512_and_si512(cy, low8), iz = _mm512_and_si512(cz, low8);
+        const __m512 x0 = _mm512_sub_ps(x, _mm512_cvtepi32_ps(cx));
+        const __m512 y0 = _mm512_sub_ps(y, _mm512_cvtepi32_ps(cy));
+        const __m512 z0 = _mm512_sub_ps(z, _mm512_cvtepi32_ps(cz));
+        const __m512 x1 = _mm512_sub_ps(x0, onef), y1 = _mm512_sub_ps(y0, onef), z1 = _mm512_sub_ps(z0, onef);
+        const __m512i a = _mm512_add_epi32(perm(p, ix), iy);
+        const __m512i b = _mm512_add_epi32(perm(p, _mm512_add_epi32(ix, one)), iy);
+        const __m512i aa = _mm512_add_epi32(perm(p, a), iz);
+        const __m512i ab = _mm512_add_epi32(perm(p, _mm512_add_epi32(a, one)), iz);
+        const __m512i ba = _mm512_add_epi32(perm(p, b), iz);
+        const __m512i bb = _mm512_add_epi32(perm(p, _mm512_add_epi32(b, one)), iz);
+        const __m512 u = fade(x0), v = fade(y0), w = fade(z0);
+        const __m512 near = interp(v, interp(u, grad(perm(p, aa), x0, y0, z0), grad(perm(p, ba), x1, y0, z0)),
+                                   interp(u, grad(perm(p, ab), x0, y1, z0), grad(perm(p, bb), x1, y1, z0)));
+        const __m512 far = interp(v,
+                                  interp(u, grad(perm(p, _mm512_add_epi32(aa, one)), x0, y0, z1),
+                                         grad(perm(p, _mm512_add_epi32(ba, one)), x1, y0, z1)),
+                                  interp(u, grad(perm(p, _mm512_add_epi32(ab, one)), x0, y1, z1),
+                                         grad(perm(p, _mm512_add_epi32(bb, one)), x1, y1, z1)));
+        _mm512_storeu_ps(out + k, _mm512_mul_ps(_mm512_set1_ps(kNoiseScale3), interp(w, near, far)));
+    }
+    noiseScalar(xs + k, ys + k, zs + k, out + k, n - k);
+}
+
+#endif  // __x86_64__
+
+bool sameBits(float a, float b) { return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b); }
+
+}  // namespace
+
+void PerlinBatch::noise(SimdLevel level, const float* x, const float* y, const float* z, float* out, int n) {
+#if defined(__x86_64__)
+    switch (supportedSimdLevel(level)) {
+    case SimdLevel::kAvx512: noiseAvx512(x, y, z, out, n); return;
+    case SimdLevel::kAvx2: noiseAvx2(x, y, z, out, n); return;
+    case SimdLevel::kScalar: break;
+    }
+#else
+    (void)level;
+#endif
+    noiseScalar(x, y, z, out, n);
+}
+
+void PerlinBatch::noise(const float* x, const float* y, const float* z, float* out, int n) {
+    noise(simdLevel(), x, y, z, out, n);
+}
+
+// Perlin::Get stops a point once an octave leaves its position, sum and
+// amplitude unchanged; a further octave from that state would leave it
+// unchanged again. So a pass runs every point until all have stopped, and
+// the finished ones keep their bits.
+void PerlinBatch::Get(float* x, float* y, float* z, int n, int octaves, float freq, float amp, float* out) {
+    for (int i = 0; i < n; ++i) {
+        x[i] = x[i] * freq;
+        y[i] = y[i] * freq;
+        z[i] = z[i] * freq;
+        out[i] = 0.0f;
+    }
+    for (int start = 0; start < n; start += kBlock) {
+        const int m = n - start < kBlock ? n - start : kBlock;
+        float* bx = x + start;
+        float* by = y + start;
+        float* bz = z + start;
+        float* sum = out + start;
+        float a = amp;
+        float sample[kBlock];
+        for (int o = 0; o < octaves; ++o) {
+            noise(bx, by, bz, sample, m);
+            bool changed = false;
+            for (int i = 0; i < m; ++i) {
+                const float s = sum[i] + sample[i] * a;
+                const float nx = bx[i] * 2.0f, ny = by[i] * 2.0f, nz = bz[i] * 2.0f;
+                changed |= !sameBits(s, sum[i]) || !sameBits(nx, bx[i]) || !sameBits(ny, by[i]) ||
+                           !sameBits(nz, bz[i]);
+                sum[i] = s;
+                bx[i] = nx;
+                by[i] = ny;
+                bz[i] = nz;
+            }
+            const float next = a * 0.5f;
+            if (!changed && sameBits(next, a)) break;
+            a = next;
+        }
+    }
+}
+
+}  // namespace gritwell

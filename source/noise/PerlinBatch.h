@@ -1,0 +1,22 @@
+#pragma once
+// Perlin's lattice noise and its octave sum over arrays of points: at every
+// point the same bits as Perlin::noise(x, y, z) and Perlin::Get, computed
+// 8 or 16 points per instruction where the processor has AVX2 or AVX-512.
+
+#include "core/SimdLevel.h"
+
+namespace gritwell {
+
+class PerlinBatch {
+public:
+    // out[i] = Perlin::noise(x[i], y[i], z[i]) for 0 <= i < n; out may be x, y or z.
+    static void noise(const float* x, const float* y, const float* z, float* out, int n);
+    // The same on a chosen level (lowered to what this processor runs).
+    static void noise(SimdLevel level, const float* x, const float* y, const float* z, float* out, int n);
+
+    // out[i] = Perlin::Get(x[i], y[i], z[i], octaves, freq, amp); x, y and z
+    // are the caller's scratch and come back scaled.
+    static void Get(float* x, float* y, float* z, int n, int octaves, float freq, float amp, float* out);
+};
+
+}  // namespace gritwell
