@@ -11,6 +11,10 @@
 //   static float evaluate(const Record&, int flags, float x, float y, float z);
 // and, where it reads older layouts,
 //   static void convertOlderRecord(Record&, const char* in);
+// and, where a whole array evaluates faster than its points one by one,
+//   static void evaluateBlock(const Record&, int flags, const float* points, int n, float* out);
+// which must give every point the bits `evaluate` gives it; the batch loop
+// hands it at most kBlockPoints points at a time.
 //
 // Its .cpp instantiates `template class RecordTexture3D<G>;` beside
 // `evaluate`, so the batch loop is compiled where the evaluator can inline.
@@ -28,6 +32,10 @@ namespace gritwell {
 template <class Derived>
 class RecordTexture3D : public Texture3D {
 public:
+    // The most points one evaluateBlock call receives: its scratch arrays
+    // live on the stack.
+    static constexpr int kBlockPoints = 256;
+
     float operator()(const float* p) override {
         return Derived::evaluate(record(), flags(), p[0], p[1], p[2]);
     }
@@ -35,9 +43,34 @@ public:
     void operator()(const float* points, int n, float* out) override {
         const auto& r = record();
         const int f = flags();
-        for (int i = 0; i < n; ++i, points += 3)
-            out[i] = Derived::evaluate(r, f, points[0], points[1], points[2]);
+        if constexpr (requires { Derived::evaluateBlock(r, f, points, n, out); }) {
+            for (int start = 0; start < n; start += kBlockPoints)
+                Derived::evaluateBlock(r, f, points + 3 * start, n - start < kBlockPoints ? n - start : kBlockPoints,
+                                       out + start);
+        } else {
+            evaluateEach(r, f, points, n, out);
+        }
     }
+
+    // The batch loop one point at a time: what an evaluateBlock falls back
+    // on for the modes it does not vectorise.
+    template <class Record>
+    static void evaluateEach(const Record& r, int f, const float* points, int n, float* out) {
+        for (int i = 0; i < n; ++i, points += 3) out[i] = Derived::evaluate(r, f, points[0], points[1], points[2]);
+    }
+
+    // Up to kBlockPoints interleaved points as three coordinate arrays, each
+    // coordinate multiplied by `scale` as `scale * x`; past n, zeros.
+    struct PointBlock {
+        float x[kBlockPoints]{}, y[kBlockPoints]{}, z[kBlockPoints]{};
+        PointBlock(const float* points, int n, float scale) {
+            for (int i = 0; i < n; ++i, points += 3) {
+                x[i] = scale * points[0];
+                y[i] = scale * points[1];
+                z[i] = scale * points[2];
+            }
+        }
+    };
 
     // Exactly the record's compile-time size, whatever byte 0 says; the
     // caller's buffer may overlap ours.

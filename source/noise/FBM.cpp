@@ -29,6 +29,10 @@ float FBM::fBM(const Vec3& p, float octaves, float lacunarity, float gain) {
     return fractalSum<3>({p.x, p.y, p.z}, octaves, lacunarity, gain, latticeNoise<3>, addWeighted);
 }
 
+void FBM::fBM(float* x, float* y, float* z, int n, float octaves, float lacunarity, float gain, float* out) {
+    fractalSumBlock(x, y, z, n, octaves, lacunarity, gain, addWeighted, out);
+}
+
 // A fresh improved-noise object per call, as the sum has always made one;
 // it holds no state, so this costs nothing.
 float vFBM(float x, float octaves, float lacunarity, float gain) {

@@ -13,6 +13,9 @@ float fBM(float x, float octaves, float lacunarity, float gain);
 float fBM(float x, float y, float octaves, float lacunarity, float gain);
 float fBM(const float* p, float octaves, float lacunarity, float gain);
 float fBM(const Vec3& p, float octaves, float lacunarity, float gain);
+// out[i] = fBM(Vec3(x[i], y[i], z[i]), ...) for n points at once; x, y and z
+// are scratch.
+void fBM(float* x, float* y, float* z, int n, float octaves, float lacunarity, float gain, float* out);
 }  // namespace FBM
 
 // The same sum over the improved gradient noise, in double precision per

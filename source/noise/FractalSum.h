@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "noise/Perlin.h"
+#include "noise/PerlinBatch.h"
 
 namespace gritwell {
 
@@ -38,6 +39,46 @@ float fractalSum(std::array<float, N> position, float octaves, float lacunarity,
             break;
     }
     return sum;
+}
+
+// fractalSum over the 3-D lattice noise for n points at once: out[i] is
+// fractalSum<3>({x[i], y[i], z[i]}, ...) with latticeNoise<3>, bit for bit.
+// x, y and z are scratch and come back scaled. A point whose octave left it
+// unchanged would be left unchanged by every later one, so the pass runs
+// until every point has stopped and the finished ones keep their bits.
+template <class Add>
+void fractalSumBlock(float* x, float* y, float* z, int n, float octaves, float lacunarity, float gain, Add add,
+                     float* out) {
+    constexpr int kBlock = 256;
+    for (int start = 0; start < n; start += kBlock) {
+        const int m = n - start < kBlock ? n - start : kBlock;
+        float* bx = x + start;
+        float* by = y + start;
+        float* bz = z + start;
+        float* sum = out + start;
+        for (int i = 0; i < m; ++i) sum[i] = 0.0f;
+        float amplitude = 1.0f;
+        float sample[kBlock];
+        for (int o = 0; o < kMaxOctaves && static_cast<float>(o) < octaves; ++o) {
+            PerlinBatch::noise(bx, by, bz, sample, m);
+            bool changed = false;
+            for (int i = 0; i < m; ++i) {
+                const float s = add(sum[i], sample[i], amplitude);
+                const float nx = bx[i] * lacunarity, ny = by[i] * lacunarity, nz = bz[i] * lacunarity;
+                const float before[4] = {sum[i], bx[i], by[i], bz[i]};
+                const float after[4] = {s, nx, ny, nz};
+                changed |= std::memcmp(before, after, sizeof before) != 0;
+                sum[i] = s;
+                bx[i] = nx;
+                by[i] = ny;
+                bz[i] = nz;
+            }
+            const float next = amplitude * gain;
+            const bool amplitudeSettled = std::memcmp(&next, &amplitude, sizeof next) == 0;
+            amplitude = next;
+            if (!changed && amplitudeSettled) break;
+        }
+    }
 }
 
 // The lattice gradient noise at a 1-, 2- or 3-D position: what FBM and

@@ -31,4 +31,8 @@ float turbulence(const Vec3& p, float octaves, float lacunarity, float gain) {
     return fractalSum<3>({p.x, p.y, p.z}, octaves, lacunarity, gain, latticeNoise<3>, addAbsolute);
 }
 
+void turbulence(float* x, float* y, float* z, int n, float octaves, float lacunarity, float gain, float* out) {
+    fractalSumBlock(x, y, z, n, octaves, lacunarity, gain, addAbsolute, out);
+}
+
 }  // namespace gritwell::Turbulence

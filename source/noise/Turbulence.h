@@ -11,5 +11,8 @@ float turbulence(float x, float octaves, float lacunarity, float gain);
 float turbulence(float x, float y, float octaves, float lacunarity, float gain);
 float turbulence(const float* p, float octaves, float lacunarity, float gain);
 float turbulence(const Vec3& p, float octaves, float lacunarity, float gain);
+// out[i] = turbulence(Vec3(x[i], y[i], z[i]), ...) for n points at once; x,
+// y and z are scratch.
+void turbulence(float* x, float* y, float* z, int n, float octaves, float lacunarity, float gain, float* out);
 
 }  // namespace gritwell::Turbulence

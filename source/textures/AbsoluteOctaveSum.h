@@ -7,4 +7,9 @@ namespace gritwell {
 
 float absoluteOctaveSum(float qx, float qy, float qz, bool planar, float firstFrequency, double weight);
 
+// The 3-D sum for n points at once: out[i] is
+// absoluteOctaveSum(qx[i], qy[i], qz[i], false, ...), bit for bit.
+void absoluteOctaveSum(const float* qx, const float* qy, const float* qz, int n, float firstFrequency, double weight,
+                       float* out);
+
 }  // namespace gritwell

@@ -31,6 +31,8 @@ public:
     // [0, 1]: 0 where magnitude * sum^3 <= 0.0001, 1 where it is >= 0.003;
     // NaN from a NaN magnitude, or where the samples are not finite.
     static float evaluate(const Record& r, int flags, float x, float y, float z);
+    // The same for a block of points, the 3-D noise across points at once.
+    static void evaluateBlock(const Record& r, int flags, const float* points, int n, float* out);
 
     float getMagnitude() const { return record_.magnitude; }
     void setMagnitude(float magnitude) { record_.magnitude = magnitude; }

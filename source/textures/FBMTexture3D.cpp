@@ -13,6 +13,13 @@ float FBMTexture3D::evaluate(const Record& r, int flags, float x, float y, float
     return clampUnit(static_cast<float>(0.5 + n / 2.0));
 }
 
+void FBMTexture3D::evaluateBlock(const Record& r, int flags, const float* points, int n, float* out) {
+    if (isPlanar(flags)) return evaluateEach(r, flags, points, n, out);
+    PointBlock p(points, n, r.scale);
+    FBM::fBM(p.x, p.y, p.z, n, static_cast<float>(r.octaves), r.lacunarity, r.gain, out);
+    for (int i = 0; i < n; ++i) out[i] = clampUnit(static_cast<float>(0.5 + out[i] / 2.0));
+}
+
 template class RecordTexture3D<FBMTexture3D>;
 
 }  // namespace gritwell

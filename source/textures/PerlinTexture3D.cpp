@@ -2,6 +2,7 @@
 
 #include "core/UnitRange.h"
 #include "noise/Perlin.h"
+#include "noise/PerlinBatch.h"
 
 namespace gritwell {
 
@@ -9,6 +10,13 @@ float PerlinTexture3D::evaluate(const Record& r, int flags, float x, float y, fl
     const float n = isPlanar(flags) ? Perlin::Get(x, y, r.octaves, r.frequency, r.amplitude)
                                     : Perlin::Get(x, y, z, r.octaves, r.frequency, r.amplitude);
     return clampUnit(static_cast<float>((n + 1.0) / 2.0));
+}
+
+void PerlinTexture3D::evaluateBlock(const Record& r, int flags, const float* points, int n, float* out) {
+    if (isPlanar(flags)) return evaluateEach(r, flags, points, n, out);
+    PointBlock p(points, n, 1.0f);
+    PerlinBatch::Get(p.x, p.y, p.z, n, r.octaves, r.frequency, r.amplitude, out);
+    for (int i = 0; i < n; ++i) out[i] = clampUnit(static_cast<float>((out[i] + 1.0) / 2.0));
 }
 
 template class RecordTexture3D<PerlinTexture3D>;

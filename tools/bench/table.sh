@@ -16,24 +16,46 @@ cmake -S . -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
 cmake --build "$dir" --target table_bench -j "$(nproc)"
 
 json=$(mktemp)
-trap 'rm -f "$json" docs/benchmarks.md.partial' EXIT
-"$dir/bench/table_bench" --benchmark_repetitions="$reps" --benchmark_report_aggregates_only=true \
-  --benchmark_min_time=0.1 --benchmark_out="$json" --benchmark_out_format=json >&2
+levels_dir=$(mktemp -d)
+trap 'rm -rf "$json" "$levels_dir" docs/benchmarks.md.partial' EXIT
+run() { "$dir/bench/table_bench" --benchmark_repetitions="$reps" --benchmark_report_aggregates_only=true \
+  --benchmark_min_time=0.1 --benchmark_out_format=json "$@" >&2; }
+# Every figure on the best instruction set this processor has, then the
+# primitives and the defaults again on each lower level the batch paths can
+# be held to (GRITWELL_SIMD), for the scalar-against-vector columns.
+run --benchmark_out="$json"
+for level in scalar avx2 avx512; do
+  GRITWELL_SIMD=$level run --benchmark_filter='Primitive|Peer|/defaults$' \
+    --benchmark_out="$levels_dir/$level.json"
+done
 
-cpu=$(grep -m1 '^model name' /proc/cpuinfo | cut -d: -f2- | sed 's/^ *//')
-isa=$(grep -m1 -ow -e avx512f -e avx2 /proc/cpuinfo | sort -u | paste -sd' ' || true)
-python3 - "$json" "$cpu" "$(nproc)" "${isa:-none}" "$reps" >docs/benchmarks.md.partial <<'PY'
-import json, sys
-path, cpu, cores, isa, reps = sys.argv[1:6]
-data = json.load(open(path))
-ctx = data["context"]
-median = {}
-for b in data["benchmarks"]:
-    if b.get("aggregate_name") == "median":
-        median[b["run_name"]] = 1e9 / b["items_per_second"]
+python3 - "$json" "$cpu" "$(nproc)" "${isa:-none}" "$reps" "$levels_dir" >docs/benchmarks.md.partial <<'PY'
+import json, os, sys
+path, cpu, cores, isa, reps, levels_dir = sys.argv[1:7]
 
-def ns(name):
-    v = median.get(name)
+def medians(path):
+    data = json.load(open(path))
+    out = {}
+    for b in data["benchmarks"]:
+        if b.get("aggregate_name") == "median":
+            out[b["run_name"]] = 1e9 / b["items_per_second"]
+    return data["context"], out
+
+ctx, median = medians(path)
+best = ctx.get("simd", "?")
+# A level the processor lacks runs as the best one below it: such a run
+# reports a lower "simd" and is left out.
+by_level = {}
+for level in ("scalar", "avx2", "avx512"):
+    f = os.path.join(levels_dir, level + ".json")
+    if os.path.exists(f):
+        c, m = medians(f)
+        if c.get("simd") == level:
+            by_level[level] = m
+levels = list(by_level)
+
+def ns(name, table=None):
+    v = (median if table is None else table).get(name)
     return "—" if v is None else f"{v:.1f}"
 
 variants = ["defaults", "switches", "detail", "detail+"]
@@ -46,24 +68,31 @@ out.append("## Machine\n")
 out.append(f"- CPU: {cpu} ({cores} cores seen, vector extensions: {isa})")
 out.append(f"- Compiler: {ctx.get('compiler', '?')}")
 out.append(f"- Flags: `{ctx.get('flags', '?').strip()}`")
+out.append(f"- Batch paths: {best} (the best this processor runs; lower levels forced with `GRITWELL_SIMD`)")
 out.append(f"- Run: {ctx.get('date', '?')}\n")
 out.append("## Noise primitive and peer\n")
 out.append("| function | ns/point |")
 out.append("|---|---:|")
-out.append(f"| `Perlin::noise(x, y, z)` | {ns('Primitive/Perlin::noise(x,y,z)')} |")
+out.append(f"| `Perlin::noise(x, y, z)`, one point per call | {ns('Primitive/Perlin::noise(x,y,z)')} |")
+for level in levels:
+    out.append(f"| `PerlinBatch::noise`, 4096 points per call, {level} | {ns('Primitive/PerlinBatch::noise', by_level[level])} |")
 out.append(f"| libnoise `module::Perlin`, 1 octave | {ns('Peer/libnoise Perlin/1')} |")
 out.append(f"| libnoise `module::Perlin`, 6 octaves (its default) | {ns('Peer/libnoise Perlin/6')} |")
-p, l = median.get("Primitive/Perlin::noise(x,y,z)"), median.get("Peer/libnoise Perlin/1")
-if p and l:
-    out.append(f"\n`Perlin::noise` is {l / p:.1f}× the speed of libnoise's one-octave Perlin in this run.\n")
+p, b, l = (median.get("Primitive/Perlin::noise(x,y,z)"), median.get("Primitive/PerlinBatch::noise"),
+           median.get("Peer/libnoise Perlin/1"))
+if p and b and l:
+    out.append(f"\nAgainst libnoise's one-octave Perlin in this run: one point per call {l / p:.1f}× its speed, "
+               f"the batch path ({best}) {l / b:.1f}×.\n")
 out.append("## Generators\n")
 out.append("Through the plug-in's `continueSession`, one call for all 4096 points "
            "(library-only generators, marked *, through the same batch call in-process). "
            "Records: *defaults*; *switches*: every switch on (randomised colours, rounded "
            "corners, shading); *detail*: switches on, 8 octaves, every other integer field one "
            "past its default (the next style, pattern or shape); *detail+*: 12 octaves, two past, every real field a quarter larger.\n")
-out.append("| generator | " + " | ".join(variants) + " |")
-out.append("|---|" + "---:|" * len(variants))
+out.append(f"The first columns are the defaults with the batch paths held to each instruction set; "
+           f"the rest are on {best}. Generators without a vector path read about the same in every column.\n")
+out.append("| generator | " + " | ".join(f"defaults, {lv}" for lv in levels) + " | " + " | ".join(variants) + " |")
+out.append("|---|" + "---:|" * (len(levels) + len(variants)))
 names = []
 for b in data["benchmarks"]:
     parts = b["run_name"].split("/")
@@ -71,7 +100,8 @@ for b in data["benchmarks"]:
         names.append((parts[0], parts[1]))
 for kind, name in names:
     label = name + (" *" if kind == "Batch" else "")
-    out.append(f"| {label} | " + " | ".join(ns(f"{kind}/{name}/{v}") for v in variants) + " |")
+    out.append(f"| {label} | " + " | ".join(ns(f"{kind}/{name}/defaults", by_level[lv]) for lv in levels) + " | "
+               + " | ".join(ns(f"{kind}/{name}/{v}") for v in variants) + " |")
 print("\n".join(out))
 PY
 mv docs/benchmarks.md.partial docs/benchmarks.md
