@@ -4,12 +4,18 @@
 // cvttps2dq answers INT_MIN for a NaN or out-of-range lane, exactly what
 // truncToInt answers for the same float, and adding the all-ones mask of a
 // negative lane is wrapAdd(i, -1): every lane equals cellIndex(lane).
-// Only code compiled for the named instruction set may call these.
+// The SSE2 form is for any x86-64; the wider ones only for code compiled
+// for the instruction set they name.
 
 #if defined(__x86_64__)
 #include <immintrin.h>
 
 namespace gritwell {
+
+inline __m128i cellIndex(__m128 v) {
+    const __m128 negative = _mm_cmplt_ps(v, _mm_setzero_ps());
+    return _mm_add_epi32(_mm_cvttps_epi32(v), _mm_castps_si128(negative));
+}
 
 __attribute__((target("avx2"))) inline __m256i cellIndex(__m256 v) {
     const __m256 negative = _mm256_cmp_ps(v, _mm256_setzero_ps(), _CMP_LT_OQ);
