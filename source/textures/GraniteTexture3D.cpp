@@ -6,6 +6,7 @@
 #include "core/FloatToInt.h"
 #include "core/UnitRange.h"
 #include "noise/Perlin.h"
+#include "noise/PerlinBatch.h"
 
 namespace gritwell {
 
@@ -45,6 +46,35 @@ float GraniteTexture3D::evaluate(const Record& r, int flags, float x, float y, f
             break;
     }
     return clampUnit(sum);
+}
+
+// The layers across a block, each point stopping as above: the pass runs
+// until every point has settled, and settled points keep their bits.
+void GraniteTexture3D::evaluateBlock(const Record& r, int flags, const float* points, int n, float* out) {
+    if (isPlanar(flags)) return evaluateEach(r, flags, points, n, out);
+    float x[kBlockPoints], y[kBlockPoints], z[kBlockPoints], sample[kBlockPoints];
+    float* sum = out;
+    for (int j = 0; j < n; ++j) sum[j] = 0.0f;
+    float f = r.frequency;
+    for (int i = 0; i < r.octaves; ++i) {
+        for (int j = 0; j < n; ++j) {
+            x[j] = kSampleScale * points[3 * j] * f;
+            y[j] = kSampleScale * points[3 * j + 1] * f;
+            z[j] = kSampleScale * points[3 * j + 2] * f;
+        }
+        PerlinBatch::noise(x, y, z, sample, n);
+        bool changed = false;
+        for (int j = 0; j < n; ++j) {
+            const int k = truncToInt(0.5 - static_cast<double>(sample[j]));
+            const float s = sum[j] + static_cast<float>(wrapAbs(k)) / f;
+            changed |= std::bit_cast<std::uint32_t>(s) != std::bit_cast<std::uint32_t>(sum[j]);
+            sum[j] = s;
+        }
+        const float next = f * 2.0f;
+        if (!changed && std::bit_cast<std::uint32_t>(next) == std::bit_cast<std::uint32_t>(f)) break;
+        f = next;
+    }
+    for (int j = 0; j < n; ++j) out[j] = clampUnit(sum[j]);
 }
 
 template class RecordTexture3D<GraniteTexture3D>;

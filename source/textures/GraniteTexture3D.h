@@ -30,6 +30,8 @@ public:
 
     // [0, 1] for finite non-zero frequencies; a zero frequency gives NaN (0 / 0).
     static float evaluate(const Record& r, int flags, float x, float y, float z);
+    // The same for a block of points, the 3-D noise across points at once.
+    static void evaluateBlock(const Record& r, int flags, const float* points, int n, float* out);
 
     int getOctaves() const { return record_.octaves; }
     void setOctaves(int octaves) { record_.octaves = octaves; }

@@ -1,12 +1,14 @@
 #include "textures/SimpleMarbleTexture3D.h"
 
 #include <array>
+#include <bit>
 #include <cstring>
 
 #include "core/FloatToInt.h"
 #include "core/UnitRange.h"
 #include "noise/PRMan.h"
 #include "noise/Perlin.h"
+#include "noise/PerlinBatch.h"
 
 namespace gritwell {
 
@@ -91,6 +93,36 @@ float SimpleMarbleTexture3D::evaluate(const Record& r, int flags, float x, float
         if (std::memcmp(before, after, sizeof before) == 0) break;
     }
     return clampUnit(marbleColor(sum));
+}
+
+// The octave loop across a block: a point whose sum an octave left
+// unchanged, while the frequency also stayed put, is settled for good, so
+// the pass runs until every point has settled and they keep their bits.
+void SimpleMarbleTexture3D::evaluateBlock(const Record& r, int flags, const float* points, int n, float* out) {
+    if (isPlanar(flags)) return evaluateEach(r, flags, points, n, out);
+    const PointBlock q(points, n, r.textureScale);
+    float x[kBlockPoints], y[kBlockPoints], z[kBlockPoints], sample[kBlockPoints];
+    float* sum = out;
+    for (int j = 0; j < n; ++j) sum[j] = 0.0f;
+    float f = 1.0f;
+    for (std::int32_t i = 0; i < r.octaves; ++i) {
+        for (int j = 0; j < n; ++j) {
+            x[j] = f * q.x[j];
+            y[j] = f * q.y[j];
+            z[j] = f * q.z[j];
+        }
+        PerlinBatch::noise(x, y, z, sample, n);
+        bool changed = false;
+        for (int j = 0; j < n; ++j) {
+            const float s = sum[j] + sample[j] / f;
+            changed |= std::bit_cast<std::uint32_t>(s) != std::bit_cast<std::uint32_t>(sum[j]);
+            sum[j] = s;
+        }
+        const float next = static_cast<float>(2.17 * static_cast<double>(f));
+        if (!changed && std::bit_cast<std::uint32_t>(next) == std::bit_cast<std::uint32_t>(f)) break;
+        f = next;
+    }
+    for (int j = 0; j < n; ++j) out[j] = clampUnit(marbleColor(sum[j]));
 }
 
 template class RecordTexture3D<SimpleMarbleTexture3D>;

@@ -31,6 +31,8 @@ public:
     // In [0, 1]; NaN where the noise sum is NaN: a non-finite point or scale,
     // or so many octaves (from about 25) that the finest leave the lattice's int range.
     static float evaluate(const Record& r, int flags, float x, float y, float z);
+    // The same for a block of points, the 3-D noise across points at once.
+    static void evaluateBlock(const Record& r, int flags, const float* points, int n, float* out);
 
     int getOctaves() const { return record_.octaves; }
     void setOctaves(int octaves) { record_.octaves = octaves; }
