@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "noise/Perlin.h"
+#include "noise/PerlinBatch.h"
 
 namespace gritwell {
 
@@ -70,6 +71,74 @@ float CamouflageTexture3D::evaluate(const Record& r, int flags, float x, float y
     if (c1 == r.baseColor && c2 == r.baseColor) return r.baseColor;
     if (c1 != r.baseColor) return c1;
     return c2;
+}
+
+// The 3-D layers as above, sample by sample over the block.
+void CamouflageTexture3D::evaluateBlock(const Record& r, int flags, const float* points, int n, float* out) {
+    if (isPlanar(flags)) return evaluateEach(r, flags, points, n, out);
+    const PointBlock p(points, n, 1.0f);
+    const float* x = p.x;
+    const float* y = p.y;
+    const float* z = p.z;
+    const float f = r.frequency;
+    float u[kBlockPoints], v[kBlockPoints], w[kBlockPoints], sample[kBlockPoints];
+    bool layer1Covers[kBlockPoints];
+
+    // Layer 1: the point warped by three samples, then sampled at three times that.
+    PerlinBatch::noise(x, y, z, sample, n);
+    for (int i = 0; i < n; ++i) u[i] = f * sample[i] + x[i];
+    for (int i = 0; i < n; ++i) {
+        v[i] = 1.0f + x[i];
+        w[i] = y[i] + 0.0f;
+        sample[i] = z[i] + 0.0f;
+    }
+    PerlinBatch::noise(v, w, sample, sample, n);
+    for (int i = 0; i < n; ++i) v[i] = f * sample[i] + y[i];
+    float a[kBlockPoints], b[kBlockPoints], c[kBlockPoints];
+    for (int i = 0; i < n; ++i) {
+        a[i] = 0.0f + x[i];
+        b[i] = y[i] + 1.0f;
+        c[i] = z[i] + 2.0f;
+    }
+    PerlinBatch::noise(a, b, c, sample, n);
+    for (int i = 0; i < n; ++i) {
+        w[i] = f * sample[i] + z[i];
+        u[i] = kLayer1Scale * u[i];
+        v[i] = kLayer1Scale * v[i];
+        w[i] = kLayer1Scale * w[i];
+    }
+    PerlinBatch::noise(u, v, w, sample, n);
+    for (int i = 0; i < n; ++i) layer1Covers[i] = std::fabs(sample[i]) > r.threshold;
+
+    // Layer 2: (y, x, z) and offsets formed in double.
+    for (int i = 0; i < n; ++i) {
+        a[i] = y[i] + 0.5f;
+        b[i] = x[i] + 0.5f;
+        c[i] = z[i] + 0.5f;
+    }
+    PerlinBatch::noise(a, b, c, sample, n);
+    for (int i = 0; i < n; ++i) u[i] = f * sample[i] + y[i];
+    for (int i = 0; i < n; ++i) {
+        a[i] = static_cast<float>(0.0 + (y[i] + 0.5));
+        b[i] = static_cast<float>(1.0 + (x[i] + 0.5));
+        c[i] = static_cast<float>(0.0 + (z[i] + 0.5));
+    }
+    PerlinBatch::noise(a, b, c, sample, n);
+    for (int i = 0; i < n; ++i) v[i] = f * sample[i] + z[i];
+    for (int i = 0; i < n; ++i) {
+        a[i] = static_cast<float>(1.0 + (y[i] + 0.5));
+        b[i] = static_cast<float>(0.0 + (x[i] + 0.5));
+        c[i] = static_cast<float>(2.0 + (z[i] + 0.5));
+    }
+    PerlinBatch::noise(a, b, c, sample, n);
+    for (int i = 0; i < n; ++i) w[i] = f * sample[i] + x[i];
+    PerlinBatch::noise(u, v, w, sample, n);
+
+    for (int i = 0; i < n; ++i) {
+        const float c1 = layer1Covers[i] ? r.layer1Color : r.baseColor;
+        const float c2 = std::fabs(sample[i]) > r.threshold ? r.layer2Color : r.baseColor;
+        out[i] = c1 == r.baseColor && c2 == r.baseColor ? r.baseColor : c1 != r.baseColor ? c1 : c2;
+    }
 }
 
 template class RecordTexture3D<CamouflageTexture3D>;

@@ -36,6 +36,9 @@ public:
 
     // Exactly one of baseColor, layer1Color and layer2Color.
     static float evaluate(const Record& r, int flags, float x, float y, float z);
+    // The same for a block of points, each of the eight noise samples taken
+    // across the block at once.
+    static void evaluateBlock(const Record& r, int flags, const float* points, int n, float* out);
 
     float getFrequency() const { return record_.frequency; }
     void setFrequency(float f) { record_.frequency = f; }
