@@ -1,14 +1,27 @@
 // The command-line host, run as a user runs it.
 
+#include <signal.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
+#include <chrono>
+#include <cmath>
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <map>
+#include <set>
 #include <sstream>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include <gtest/gtest.h>
+
+#include "core/TransformData.h"
 
 namespace fs = std::filesystem;
 
@@ -39,18 +52,100 @@ protected:
 
     fs::path path(const std::string& name) const { return dir_ / name; }
 
+    // The files in the test's folder, but for the run's own stdin/out/err.
+    std::set<std::string> files() const {
+        std::set<std::string> names;
+        for (const auto& e : fs::directory_iterator(dir_)) {
+            const std::string name = e.path().filename().string();
+            if (name != "stdin.txt" && name != "stdout.txt" && name != "stderr.txt") names.insert(name);
+        }
+        return names;
+    }
+
     // Runs `gritwell ARGS` in the test's folder, with `input` on standard input.
     Outcome run(const std::string& args, const std::string& input = "") const {
+        return shell("'" GRITWELL_CLI_PATH "' " + args, input);
+    }
+
+    // Runs a shell command in the test's folder.
+    Outcome shell(const std::string& command, const std::string& input = "") const {
         std::ofstream(path("stdin.txt")) << input;
-        const std::string command = "cd '" + dir_.string() + "' && '" GRITWELL_CLI_PATH "' " + args +
-                                    " <stdin.txt >stdout.txt 2>stderr.txt";
-        const int raw = std::system(command.c_str());
+        const std::string line =
+            "cd '" + dir_.string() + "' && " + command + " <stdin.txt >stdout.txt 2>stderr.txt";
+        const int raw = std::system(line.c_str());
         return {WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, readText(path("stdout.txt")),
                 readText(path("stderr.txt"))};
     }
 
     fs::path dir_;
 };
+
+// A painted mesh as `gritwell paint` writes it.
+struct PaintedMesh {
+    struct Vertex {
+        float x, y, z, intensity;
+        unsigned char rgb[3];
+    };
+    std::vector<Vertex> vertices;
+    std::vector<std::vector<std::int32_t>> faces;
+};
+
+PaintedMesh readPaintedPly(const fs::path& p) {
+    const std::string bytes = readText(p);
+    PaintedMesh mesh;
+    const auto end = bytes.find("end_header\n");
+    if (end == std::string::npos) return mesh;
+    std::istringstream header(bytes.substr(0, end));
+    std::size_t vertices = 0, faces = 0;
+    for (std::string line; std::getline(header, line);) {
+        std::sscanf(line.c_str(), "element vertex %zu", &vertices);
+        std::sscanf(line.c_str(), "element face %zu", &faces);
+    }
+    const char* at = bytes.data() + end + 11;
+    const char* const last = bytes.data() + bytes.size();
+    for (std::size_t v = 0; v < vertices && at + 19 <= last; ++v, at += 19) {
+        PaintedMesh::Vertex vertex;
+        std::memcpy(&vertex, at, 16);
+        std::memcpy(vertex.rgb, at + 16, 3);
+        mesh.vertices.push_back(vertex);
+    }
+    for (std::size_t f = 0; f < faces && at < last; ++f) {
+        const auto n = static_cast<unsigned char>(*at++);
+        std::vector<std::int32_t> face(n);
+        std::memcpy(face.data(), at, 4 * n);
+        at += 4 * n;
+        mesh.faces.push_back(face);
+    }
+    return mesh;
+}
+
+const std::string kSampleMesh = std::string(GRITWELL_SOURCE_DIR) + "/samples/bust.obj";
+
+// Every 37th vertex as `gritwell eval` input lines, printed so they read
+// back as the same floats.
+std::string someVertices(const PaintedMesh& mesh) {
+    std::string lines;
+    char line[96];
+    for (std::size_t v = 0; v < mesh.vertices.size(); v += 37) {
+        std::snprintf(line, sizeof line, "%.9g %.9g %.9g\n", mesh.vertices[v].x, mesh.vertices[v].y,
+                      mesh.vertices[v].z);
+        lines += line;
+    }
+    return lines;
+}
+
+// eval's values against the painted intensities of the same vertices, bit for bit.
+void expectSameBits(const PaintedMesh& mesh, const std::string& evalOutput) {
+    std::istringstream values(evalOutput);
+    std::size_t v = 0, compared = 0;
+    for (std::string text; std::getline(values, text); v += 37, ++compared) {
+        ASSERT_LT(v, mesh.vertices.size());
+        const float value = std::strtof(text.c_str(), nullptr);
+        EXPECT_EQ(std::memcmp(&value, &mesh.vertices[v].intensity, 4), 0)
+            << "vertex " << v << ": eval " << text << ", paint " << mesh.vertices[v].intensity;
+    }
+    EXPECT_EQ(compared, (mesh.vertices.size() + 36) / 37);
+}
 
 }  // namespace
 
@@ -181,4 +276,263 @@ TEST_F(CommandLine, RecordFormatsDocumentIsCurrent) {
     ASSERT_EQ(r.status, 0);
     EXPECT_EQ(r.out, readText(fs::path(GRITWELL_SOURCE_DIR) / "docs" / "records.md"))
         << "regenerate it: build/gritwell record formats > docs/records.md";
+}
+
+// ---- paint ------------------------------------------------------------------
+
+TEST_F(CommandLine, PaintGivesEachVertexWhatEvalGivesItsPoint) {
+    Outcome r = run("paint '" + kSampleMesh + "' 'Perlin Noise' -o bust.ply");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.err, "") << "no progress when standard error is not a terminal";
+    const PaintedMesh mesh = readPaintedPly(path("bust.ply"));
+    // The sample's vertices and faces as the file has them: a base fan of 96
+    // triangles, 60 rings of 96 quads, a crown fan.
+    ASSERT_EQ(mesh.vertices.size(), 5858u);
+    ASSERT_EQ(mesh.faces.size(), 5952u);
+    std::size_t quads = 0;
+    for (const auto& face : mesh.faces) {
+        quads += face.size() == 4;
+        for (const std::int32_t i : face) ASSERT_TRUE(i >= 0 && i < 5858) << i;
+    }
+    EXPECT_EQ(quads, 96u * 60);
+
+    r = run("eval 'Perlin Noise'", someVertices(mesh));
+    ASSERT_EQ(r.status, 0) << r.err;
+    expectSameBits(mesh, r.out);
+    for (const auto& v : mesh.vertices) {
+        const float clamped = std::isnan(v.intensity) ? 0.0f : std::fmin(std::fmax(v.intensity, 0.0f), 1.0f);
+        const auto grey = static_cast<unsigned char>(std::lround(clamped * 255.0f));
+        ASSERT_EQ(v.rgb[0], grey);
+        ASSERT_EQ(v.rgb[1], grey);
+        ASSERT_EQ(v.rgb[2], grey);
+    }
+
+    // Moved, turned and scaled: paint and eval place the texture alike, from
+    // options or from a transform record file (whose flags word is planar).
+    gritwell::TransformData t;
+    t.flags = 2 | 8;
+    t.xOffset = 0.25f;
+    t.yAngle = 0.1f;
+    t.zScale = 3.0f;
+    t.overallScale = 0.5f;
+    char bytes[44];
+    t.toBytes(bytes);
+    std::ofstream(path("t.xf"), std::ios::binary).write(bytes, 44);
+    for (const std::string transform :
+         {"--offset=-0.5,0.1,2 --rotate 0.125,0,0.3 --scale 1,2,0.5 --overall 1.5", "--transform t.xf"}) {
+        r = run("paint '" + kSampleMesh + "' Wood -o moved.ply " + transform);
+        ASSERT_EQ(r.status, 0) << r.err;
+        const PaintedMesh moved = readPaintedPly(path("moved.ply"));
+        r = run("eval Wood " + transform, someVertices(moved));
+        ASSERT_EQ(r.status, 0) << r.err;
+        expectSameBits(moved, r.out);
+        EXPECT_NE(readText(path("moved.ply")), readText(path("bust.ply")));
+    }
+}
+
+TEST_F(CommandLine, PaintKeepsAPlyMeshAsItIs) {
+    ASSERT_EQ(run("paint '" + kSampleMesh + "' Brick -o once.ply").status, 0);
+    // The painted PLY read back: same vertices in the same order, same
+    // faces, so painting it again gives the same file.
+    const Outcome r = run("paint once.ply Brick -o twice.ply");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(readText(path("twice.ply")), readText(path("once.ply")));
+}
+
+TEST_F(CommandLine, PaintErrorsLeaveNothingBehind) {
+    fs::copy_file(kSampleMesh, path("bust.obj"));
+    std::ofstream(path("junk.obj")) << "this is not a mesh at all, just some words\n";
+    std::ofstream(path("short.xf")) << "too short";
+    fs::create_directories(path("folder.ply"));
+    struct Case {
+        std::string args, message;
+        int status = 2;
+    };
+    const Case cases[] = {
+        {"paint bust.obj NoSuchGenerator -o out.ply", "'NoSuchGenerator' is neither a generator name nor a record file"},
+        {"paint missing.obj Brick -o out.ply", "cannot read 'missing.obj': No such file or directory"},
+        {"paint junk.obj Brick -o out.ply", "'junk.obj' has no vertices to paint"},
+        {"paint bust.stl Brick -o out.ply", "give an .obj or a .ply file"},
+        {"paint bust.obj Brick -o missing/out.ply", "cannot write 'missing/out.ply': No such file or directory"},
+        {"paint bust.obj Brick -o folder.ply", "cannot write 'folder.ply': Is a directory"},
+        {"paint bust.obj Brick -o out.ply --preview missing/out.png", "cannot write 'missing/out.png'"},
+        {"paint bust.obj Brick -o out.ply --scale 1,0,1", "the transform's y scale must not be 0"},
+        {"paint bust.obj Brick -o out.ply --offset 1,2", "--offset"},
+        {"paint bust.obj Brick -o out.ply --transform short.xf", "'short.xf' is not a transform record: 9 bytes"},
+        {"paint bust.obj Brick -o out.ply --transform none.xf", "cannot read 'none.xf'"},
+        {"paint bust.obj Brick -o out.ply --preview out.png --colormap rainbow", "unknown colour map 'rainbow'"},
+        {"paint bust.obj Brick -o out.ply --preview out.png --preview-size 5", "--preview-size must be 16 to 4096"},
+        {"paint bust.obj 'Cell Noise' -o out.ply", "host sessions never open it"},
+        {"--plugin /nonexistent.so paint bust.obj Brick -o out.ply", "cannot load the plug-in", 1},
+    };
+    const std::string mesh = readText(path("bust.obj"));
+    const std::set<std::string> before = files();
+    for (const Case& c : cases) {
+        const Outcome r = run(c.args);
+        EXPECT_EQ(r.status, c.status) << c.args;
+        EXPECT_NE(r.err.find(c.message), std::string::npos) << c.args << "\n" << r.err;
+        EXPECT_EQ(files(), before) << c.args;
+        EXPECT_EQ(readText(path("bust.obj")), mesh) << c.args;
+    }
+}
+
+TEST_F(CommandLine, PaintShowsProgressOnATerminalOnly) {
+    // `script` gives the program a terminal and copies what it shows.
+    const std::string command = "script -qec \"'" GRITWELL_CLI_PATH "' paint '" + kSampleMesh +
+                                "' Brick -o bust.ply --preview bust.png\" /dev/null";
+    const Outcome r = shell(command);
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_NE(r.out.find("\rpaint: reading " + kSampleMesh), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("\rpaint: 0% of 5858 points"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("\rpaint: 5858 points in "), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find(" points/s"), std::string::npos) << r.out;
+    const std::string png = readText(path("bust.png"));
+    ASSERT_GT(png.size(), 24u);
+    EXPECT_EQ(png.substr(1, 3), "PNG");
+}
+
+TEST_F(CommandLine, InterruptedPaintLeavesNoFileAndExits130) {
+    // The mesh is a pipe nobody writes to: paint has opened its outputs and
+    // waits for the mesh when the interrupt comes.
+    ASSERT_EQ(::mkfifo(path("pipe.obj").c_str(), 0600), 0);
+    std::ofstream(path("out.ply")) << "the previous painting";
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        if (::chdir(dir_.c_str()) != 0) ::_exit(99);
+        std::freopen("stderr.txt", "w", stderr);
+        ::execl(GRITWELL_CLI_PATH, "gritwell", "paint", "pipe.obj", "Brick", "-o", "out.ply", "--preview",
+                "out.png", static_cast<char*>(nullptr));
+        ::_exit(98);
+    }
+    const fs::path partial = path("out.ply.partial-" + std::to_string(child));
+    for (int i = 0; i < 2000 && !fs::exists(partial); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    EXPECT_TRUE(fs::exists(partial)) << "paint never opened its output";
+    ::kill(child, SIGINT);
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 130);
+    EXPECT_EQ(files(), (std::set<std::string>{"out.ply", "pipe.obj"}));
+    EXPECT_EQ(readText(path("out.ply")), "the previous painting");
+}
+
+TEST_F(CommandLine, TheSampleMeshIsWhatItsScriptMakes) {
+    const Outcome r = shell("python3 '" GRITWELL_SOURCE_DIR "/tools/samples/make_mesh.py' made.obj");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(readText(path("made.obj")), readText(kSampleMesh))
+        << "regenerate it: tools/samples/make_mesh.py";
+}
+
+// ---- records as presets -------------------------------------------------------
+
+TEST_F(CommandLine, RecordSetEditsInPlaceAndNewStartsFromARecord) {
+    ASSERT_EQ(run("record new Brick -o b.rec").status, 0);
+    Outcome r = run("record set b.rec pattern=0 brickWidth=0.5 randomizeColors=on");
+    ASSERT_EQ(r.status, 0) << r.err;
+    r = run("record show b.rec");
+    EXPECT_NE(r.out.find("\"pattern\": 0,"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("\"brickWidth\": 0.5,"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("\"randomizeColors\": true,"), std::string::npos) << r.out;
+    // The dialog calls the brick pattern 0 "Running Bond" (its labels are
+    // crossed with the patterns drawn).
+    EXPECT_NE(r.out.find("\"labels\": {\n    \"pattern\": \"Running Bond\"\n  }"), std::string::npos) << r.out;
+    EXPECT_EQ(files(), (std::set<std::string>{"b.rec"}));
+
+    // A copy of it, NAME optional, then more fields.
+    r = run("record new --from b.rec --set mortarThickness=0.02 -o c.rec");
+    ASSERT_EQ(r.status, 0) << r.err;
+    ASSERT_EQ(run("record new Brick --from b.rec -o same.rec").status, 0);
+    EXPECT_EQ(readText(path("same.rec")), readText(path("b.rec")));
+    r = run("record show c.rec");
+    EXPECT_NE(r.out.find("\"brickWidth\": 0.5,"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("\"mortarThickness\": 0.02,"), std::string::npos) << r.out;
+
+}
+
+TEST_F(CommandLine, RecordEditErrorsNeverTouchTheInput) {
+    ASSERT_EQ(run("record new Checkerboard --set depth=2 -o c.rec").status, 0);
+    std::string unterminated = readText(path("c.rec"));
+    unterminated.replace(1, 32, std::string(32, 'Z'));
+    std::ofstream(path("unterminated.rec"), std::ios::binary) << unterminated;
+    std::ofstream(path("cut.rec"), std::ios::binary) << readText(path("c.rec")).substr(0, 40);
+    std::string old = readText(path("c.rec"));
+    old[33] = 2;
+    std::ofstream(path("old.rec"), std::ios::binary) << old;
+
+    struct Case {
+        std::string args, message;
+    };
+    const Case cases[] = {
+        {"record set c.rec dpth=3", "'Checkerboard' has no field 'dpth'"},
+        {"record set c.rec depth=3 dpth=3", "has no field 'dpth'"},  // all or nothing
+        {"record set c.rec depth=1.5", "field 'depth' of Checkerboard is a 32-bit integer; '1.5' is not"},
+        {"record set c.rec depth=99999999999", "is a 32-bit integer; '99999999999' is not"},
+        {"record set c.rec randomizeColors=maybe", "is a bool (true or false); 'maybe' is not"},
+        {"record set c.rec variability=much", "is a float; 'much' is not"},
+        {"record set c.rec depth", "'depth' is not FIELD=VALUE"},
+        {"record set unterminated.rec depth=3", "its generator name is not terminated"},
+        {"record set cut.rec depth=3", "40 bytes, a Checkerboard record holds 48"},
+        {"record set old.rec depth=3", "not a current Checkerboard record, so its fields are not known"},
+        {"record set missing.rec depth=3", "cannot read 'missing.rec'"},
+        {"record new Voronoi --from c.rec -o x.rec", "'c.rec' is a Checkerboard record, not Voronoi"},
+        {"record new --from cut.rec -o x.rec", "40 bytes"},
+        {"record new -o x.rec", "record new needs a generator NAME or --from FILE"},
+        {"record new Checkerboard --set depth=3 -o missing/x.rec", "cannot write 'missing/x.rec'"},
+    };
+    std::map<std::string, std::string> contents;
+    for (const std::string& name : files()) contents[name] = readText(path(name));
+    for (const Case& c : cases) {
+        const Outcome r = run(c.args);
+        EXPECT_EQ(r.status, 2) << c.args;
+        EXPECT_NE(r.err.find(c.message), std::string::npos) << c.args << "\n" << r.err;
+        std::map<std::string, std::string> now;
+        for (const std::string& name : files()) now[name] = readText(path(name));
+        EXPECT_EQ(now, contents) << c.args;
+    }
+}
+
+TEST_F(CommandLine, RecordShowNamesWhatTheDialogShows) {
+    ASSERT_EQ(run("record new Voronoi --set type=9 --set distanceMethod=2 -o v.rec").status, 0);
+    Outcome r = run("record show v.rec");
+    ASSERT_EQ(r.status, 0) << r.err;
+    // 9 is no item of the dialog's list.
+    EXPECT_NE(r.out.find("\"labels\": {\n    \"type\": null,\n    \"distanceMethod\": \"Taxicab\"\n  }"),
+              std::string::npos)
+        << r.out;
+    std::ofstream(path("v.json")) << r.out;
+    r = run("record from-json v.json -o back.rec");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(readText(path("back.rec")), readText(path("v.rec")));
+}
+
+// ---- render -------------------------------------------------------------------
+
+TEST_F(CommandLine, RenderColourMapsDepthsAndTransforms) {
+    struct Case {
+        std::string options;
+        int bitDepth, colourType;
+    };
+    const Case cases[] = {{"", 8, 0}, {"--16bit", 16, 0}, {"--colormap heat", 8, 2}, {"--colormap viridis --16bit", 16, 2}};
+    for (const Case& c : cases) {
+        const Outcome r = run("render Voronoi --size 16 -o v.png " + c.options);
+        ASSERT_EQ(r.status, 0) << c.options << r.err;
+        const std::string png = readText(path("v.png"));
+        ASSERT_GT(png.size(), 26u);
+        EXPECT_EQ(png.substr(12, 4), "IHDR");
+        EXPECT_EQ(png[24], c.bitDepth) << c.options;
+        EXPECT_EQ(png[25], c.colourType) << c.options;
+    }
+    // Twice the scale over twice the extent samples the very same points; a
+    // whole turn is no turn at all.
+    ASSERT_EQ(run("render Wood --size 32 -o plain.png").status, 0);
+    ASSERT_EQ(run("render Wood --size 32 --extent 8 --overall 2 -o scaled.png").status, 0);
+    ASSERT_EQ(run("render Wood --size 32 --rotate 1,-2,3 -o turned.png").status, 0);
+    EXPECT_EQ(readText(path("scaled.png")), readText(path("plain.png")));
+    EXPECT_EQ(readText(path("turned.png")), readText(path("plain.png")));
+
+    const Outcome r = run("render Wood --colormap sepia -o x.png");
+    EXPECT_EQ(r.status, 2);
+    EXPECT_NE(r.err.find("unknown colour map 'sepia' (there are grey, heat, viridis)"), std::string::npos) << r.err;
+    EXPECT_FALSE(fs::exists(path("x.png")));
 }

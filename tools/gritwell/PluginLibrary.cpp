@@ -42,17 +42,19 @@ std::string PluginLibrary::defaultPath() {
 }
 
 PluginSession::PluginSession(PluginLibrary& plugin, const std::vector<unsigned char>& record,
-                             int flags)
+                             const TransformData& transforms)
     : plugin_(plugin) {
     char block[256] = {};
     std::memcpy(block, record.data(), std::min<std::size_t>(record.size(), sizeof block));
-    TransformData transforms;
-    transforms.flags = flags;
     char transformBytes[sizeof(TransformData)];
     transforms.toBytes(transformBytes);
     plugin_.beginSession(nullptr, 0.0, block, sizeof block, transformBytes, sizeof transformBytes,
                          nullptr);
 }
+
+PluginSession::PluginSession(PluginLibrary& plugin, const std::vector<unsigned char>& record,
+                             int flags)
+    : PluginSession(plugin, record, TransformData{.flags = flags}) {}
 
 PluginSession::~PluginSession() {
     plugin_.endSession(nullptr, 0.0, nullptr, 0, nullptr, 0, nullptr);

@@ -3,9 +3,11 @@
 // the host loads it, and its session and dialog functions called the way
 // the host calls them.
 
+#include <functional>
 #include <string>
 #include <vector>
 
+#include "core/TransformData.h"
 #include "plugin/HostInterface.h"
 
 namespace gritwell {
@@ -37,10 +39,16 @@ private:
     std::string error_;
 };
 
+// Evaluates n packed points (x, y, z) into out[0..n-1].
+using BatchEvaluator = std::function<void(const float* points, int n, float* out)>;
+
 // One session over a record: begin on construction, end on destruction.
-// The record is copied into a 256-byte block, as the host's buffer is.
+// The record is copied into a 256-byte block, as the host's buffer is, and
+// the transform record goes with it (the plug-in reads its flags word).
 class PluginSession {
 public:
+    PluginSession(PluginLibrary& plugin, const std::vector<unsigned char>& record, const TransformData& transforms);
+    // A session with the default transform record and this flags word.
     PluginSession(PluginLibrary& plugin, const std::vector<unsigned char>& record, int flags);
     ~PluginSession();
     PluginSession(const PluginSession&) = delete;

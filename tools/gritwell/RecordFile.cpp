@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "AtomicOutput.h"
 #include "CliError.h"
 #include "core/Texture3D.h"
 #include "textures/TextureFactory.h"
@@ -58,23 +59,9 @@ LoadedRecord resolveRecord(const std::string& nameOrFile) {
 }
 
 void writeFileAtomically(const std::string& path, const void* data, std::size_t size) {
-    const std::string temporary = path + ".partial";
-    {
-        std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-        if (!out) throw CliError("cannot write '" + path + "'");
-        out.write(static_cast<const char*>(data), static_cast<std::streamsize>(size));
-        out.flush();
-        if (!out) {
-            std::remove(temporary.c_str());
-            throw CliError("cannot write '" + path + "'");
-        }
-    }
-    std::error_code ec;
-    std::filesystem::rename(temporary, path, ec);
-    if (ec) {
-        std::remove(temporary.c_str());
-        throw CliError("cannot write '" + path + "': " + ec.message());
-    }
+    AtomicOutput out(path);
+    if (std::fwrite(data, 1, size, out.file()) != size) throw CliError("cannot write '" + path + "'");
+    out.commit();
 }
 
 }  // namespace gritwell

@@ -24,8 +24,8 @@ LoadedRecord readRecordFile(const std::string& path);
 // A generator name (its defaults) or a record file.
 LoadedRecord resolveRecord(const std::string& nameOrFile);
 
-// Writes through a temporary file renamed into place, so an interrupted or
-// failed write never leaves a half-written file at `path`.
+// Writes through a temporary file renamed into place (AtomicOutput), so an
+// interrupted or failed write never leaves a half-written file at `path`.
 void writeFileAtomically(const std::string& path, const void* data, std::size_t size);
 
 }  // namespace gritwell

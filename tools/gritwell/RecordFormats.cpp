@@ -2,6 +2,7 @@
 
 #include <sstream>
 
+#include "EnumLabels.h"
 #include "RecordFile.h"
 #include "RecordJson.h"
 #include "textures/TextureFactory.h"
@@ -27,6 +28,16 @@ std::string recordFormatsMarkdown() {
         for (const FieldInfo& f : g->fields)
             md << "| " << f.offset << " | " << fieldTypeName(f.type) << " | `" << f.name << "` | "
                << json["fields"][f.name].dump() << " |\n";
+        for (const FieldInfo& f : g->fields) {
+            const EnumLabels::Field* e = EnumLabels::find(g->name, f.name);
+            if (e == nullptr) continue;
+            md << "\nThe dialog lists `" << f.name << "` as";
+            for (const EnumLabels::Item& item : e->items)
+                md << (&item == e->items.data() ? " " : ", ") << "\"" << item.label << "\" (" << item.value << ")";
+            md << "; for any other value it shows "
+               << (e->otherValues.empty() ? std::string("no item") : "\"" + std::string(e->otherValues) + "\"")
+               << ".\n";
+        }
     }
     return md.str();
 }

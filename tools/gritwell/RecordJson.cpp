@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "CliError.h"
+#include "EnumLabels.h"
 #include "core/Texture3D.h"
 #include "textures/TextureFactory.h"
 
@@ -118,6 +119,16 @@ Json recordToJson(const LoadedRecord& record) {
         }
     }
     json["fields"] = fields;
+
+    // What the dialog's combo boxes show for the enumeration fields (null:
+    // no item); from-json ignores it, the numbers are what counts.
+    Json labels = Json::object();
+    for (const FieldInfo& f : record.generator->fields)
+        if (const EnumLabels::Field* e = EnumLabels::find(record.generator->name, f.name)) {
+            const std::string_view label = EnumLabels::label(*e, readIntField(bytes.data(), f));
+            labels[f.name] = label.empty() ? Json() : Json(std::string(label));
+        }
+    if (!labels.empty()) json["labels"] = labels;
     return json;
 }
 
@@ -130,7 +141,7 @@ std::vector<unsigned char> recordFromJson(const Json& json) {
     std::vector<unsigned char> record = defaultRecord(*generator);
 
     for (const auto& [key, value] : json.items()) {
-        if (key == "generator" || key == "note") continue;
+        if (key == "generator" || key == "note" || key == "labels") continue;
         if (key == "version") {
             const std::string current =
                 std::to_string(generator->majorVersion) + "." + std::to_string(generator->minorVersion);
@@ -149,7 +160,7 @@ std::vector<unsigned char> recordFromJson(const Json& json) {
                 setField(record, *generator, field, jsonText(fieldValue));
         } else {
             throw CliError("unknown key \"" + key +
-                           "\" (a record has generator, version, size, interactiveUpdate, fields)");
+                           "\" (a record has generator, version, size, interactiveUpdate, fields, labels)");
         }
     }
     return record;

@@ -1,6 +1,7 @@
 #pragma once
 // State records as JSON: the header and the named fields of the generator's
-// field table, in record order.
+// field table, in record order, then the dialog's labels of its enumeration
+// fields.
 
 #include <string>
 #include <vector>

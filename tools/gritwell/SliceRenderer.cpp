@@ -2,7 +2,7 @@
 
 namespace gritwell {
 
-GreyImage renderSlice(const BatchEvaluator& evaluate, const SliceView& view) {
+std::vector<float> sliceValues(const BatchEvaluator& evaluate, const SliceView& view) {
     const int n = view.size;
     std::vector<float> points(3 * static_cast<std::size_t>(n) * n);
     float* p = points.data();
@@ -16,8 +16,12 @@ GreyImage renderSlice(const BatchEvaluator& evaluate, const SliceView& view) {
     }
     std::vector<float> values(static_cast<std::size_t>(n) * n);
     evaluate(points.data(), n * n, values.data());
+    return values;
+}
 
-    GreyImage image(n, n);
+GreyImage renderSlice(const BatchEvaluator& evaluate, const SliceView& view) {
+    const std::vector<float> values = sliceValues(evaluate, view);
+    GreyImage image(view.size, view.size);
     for (std::size_t i = 0; i < values.size(); ++i) image.pixels[i] = toGrey(values[i]);
     return image;
 }

@@ -3,7 +3,6 @@
 // [0, extent] x [0, extent], x to the right and y up, one sample at each
 // pixel's centre.
 
-#include <functional>
 #include <vector>
 
 #include "PluginLibrary.h"
@@ -18,8 +17,8 @@ struct SliceView {
     bool planar = false;   // the host's planar flag
 };
 
-// Evaluates n packed points (x, y, z) into out[0..n-1].
-using BatchEvaluator = std::function<void(const float* points, int n, float* out)>;
+// The values at the pixel centres, row-major, top row first.
+std::vector<float> sliceValues(const BatchEvaluator& evaluate, const SliceView& view);
 
 GreyImage renderSlice(const BatchEvaluator& evaluate, const SliceView& view);
 

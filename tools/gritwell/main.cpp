@@ -1,12 +1,15 @@
 // gritwell: the command-line host. It loads GritwellPlugin.so the way the
-// host application does and drives its session and dialog functions, and it
-// reads and writes state records as files and JSON.
+// host application does and drives its session and dialog functions, paints
+// meshes and renders slices through it, and reads and writes state records as
+// files and JSON.
 
+#include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <optional>
 #include <iostream>
 #include <sstream>
 #include <string>
@@ -15,9 +18,17 @@
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
+#include "AtomicOutput.h"
 #include "CliError.h"
+#include "Colormap.h"
 #include "Gallery.h"
+#include "HostTransform.h"
+#include "MeshPainter.h"
+#include "MeshPreview.h"
+#include "MeshReader.h"
+#include "PlyWriter.h"
 #include "PluginLibrary.h"
+#include "ProgressMeter.h"
 #include "RecordFile.h"
 #include "RecordFormats.h"
 #include "RecordJson.h"
@@ -30,15 +41,93 @@ using namespace gritwell;
 
 namespace {
 
+// Where the texture sits on the model: a transform record file and/or its
+// fields one by one, the fields winning.
+struct TransformOptions {
+    std::string file;
+    std::vector<float> offset;  // x, y, z
+    std::vector<float> rotate;  // x, y, z, in turns
+    std::vector<float> scale;   // x, y, z factors
+    std::vector<float> overall; // none or one
+};
+
 struct Options {
     std::string pluginPath = PluginLibrary::defaultPath();
     std::string target;  // a generator name or a record file
     std::string input;
     std::string output;
+    std::string from;  // record new --from
     std::vector<std::string> assignments;
     bool planar = false;
     SliceView view;
+    TransformOptions transform;
+    std::string colormap = "grey";
+    bool sixteenBit = false;
+    std::string mesh;
+    std::string preview;
+    int previewSize = 512;
 };
+
+constexpr const char* kTransformOrder =
+    "The transform places the texture on the model: scaled (per-axis factors times the overall scale), turned "
+    "about x, then y, then z (angles in turns, counter-clockwise seen from the axis' positive end), then moved "
+    "by the offset; each point p is evaluated at S^-1 Rx^-1 Ry^-1 Rz^-1 (p - offset). The record's flags word "
+    "goes to the session (--planar adds the planar bit).";
+
+// The transform record the options describe, and the flags word with it.
+TransformData transformRecord(const Options& options) {
+    const TransformOptions& o = options.transform;
+    TransformData t = o.file.empty() ? TransformData{} : HostTransform::readFile(o.file);
+    // CLI11 has checked that each given option holds exactly its count of numbers.
+    if (!o.offset.empty()) {
+        t.xOffset = o.offset[0];
+        t.yOffset = o.offset[1];
+        t.zOffset = o.offset[2];
+    }
+    if (!o.rotate.empty()) {
+        t.xAngle = o.rotate[0];
+        t.yAngle = o.rotate[1];
+        t.zAngle = o.rotate[2];
+    }
+    if (!o.scale.empty()) {
+        t.xScale = o.scale[0];
+        t.yScale = o.scale[1];
+        t.zScale = o.scale[2];
+    }
+    if (!o.overall.empty()) t.overallScale = o.overall[0];
+    if (options.planar) t.flags |= 4;
+    return t;
+}
+
+void addTransformOptions(CLI::App* command, Options& options) {
+    TransformOptions& o = options.transform;
+    command->add_option("--transform", o.file, "a 44-byte transform record file, as the host stores it");
+    command->add_option("--offset", o.offset, "X,Y,Z: move the texture (default 0,0,0)")
+        ->delimiter(',')->expected(3);
+    command->add_option("--rotate", o.rotate, "X,Y,Z: turn the texture about x, y, z, in turns (0.25 is 90 degrees)")
+        ->delimiter(',')->expected(3);
+    command->add_option("--scale", o.scale, "X,Y,Z: scale factors along x, y, z (default 1,1,1)")
+        ->delimiter(',')->expected(3);
+    command->add_option("--overall", o.overall, "S: the overall scale (default 1)")->expected(1);
+}
+
+BatchEvaluator sessionEvaluator(PluginSession& session, const HostTransform& transform) {
+    if (transform.isIdentity())
+        return [&session](const float* points, int n, float* out) { session.evaluate(points, n, out); };
+    return [&session, &transform](const float* points, int n, float* out) {
+        std::vector<float> moved(3 * static_cast<std::size_t>(n));
+        transform.apply(points, moved.data(), static_cast<std::size_t>(n));
+        session.evaluate(moved.data(), n, out);
+    };
+}
+
+Colormap::Map colormapOf(const Options& options) {
+    const auto map = Colormap::find(options.colormap);
+    if (!map)
+        throw CliError("unknown colour map '" + options.colormap + "' (there are " + std::string(Colormap::names()) +
+                       ")");
+    return *map;
+}
 
 PluginLibrary& loadPlugin(const Options& options) {
     static PluginLibrary plugin(options.pluginPath);
@@ -72,13 +161,56 @@ void listGenerators() {
     if (!others.empty()) std::printf("\nIn the library, never opened by the host: %s\n", others.c_str());
 }
 
+// A record read through its generator, as the plug-in adopts it: the current
+// version as is, an older one converted where the generator knows how.
+std::vector<unsigned char> adoptedRecord(const LoadedRecord& loaded, const std::string& path) {
+    if (!loaded.currentVersion)
+        std::cerr << "gritwell: note: '" << path << "' is not a current " << loaded.generator->name
+                  << " record; starting from what the generator makes of it (its defaults unless it converts "
+                     "that version)\n";
+    char block[256] = {};
+    std::memcpy(block, loaded.bytes.data(), loaded.bytes.size());
+    TexturePtr texture(loaded.generator->create());
+    texture->setStateFromDescription(block);
+    std::vector<unsigned char> record(loaded.generator->recordSize);
+    texture->getDescription(reinterpret_cast<char*>(record.data()));
+    return record;
+}
+
+// NAME's defaults, or the record of --from (whose generator NAME, when
+// given, must be); then the --set fields.
 void recordNew(const Options& options) {
-    const GeneratorInfo* generator = TextureFactory::find(options.target);
-    if (generator == nullptr)
-        throw CliError("unknown generator '" + options.target + "' (see 'gritwell list')");
-    std::vector<unsigned char> record = defaultRecord(*generator);
+    const GeneratorInfo* generator = nullptr;
+    std::vector<unsigned char> record;
+    if (!options.from.empty()) {
+        const LoadedRecord loaded = readRecordFile(options.from);
+        if (!options.target.empty() && options.target != loaded.generator->name)
+            throw CliError("'" + options.from + "' is a " + std::string(loaded.generator->name) + " record, not " +
+                           options.target);
+        generator = loaded.generator;
+        record = adoptedRecord(loaded, options.from);
+    } else {
+        if (options.target.empty()) throw CliError("record new needs a generator NAME or --from FILE");
+        generator = TextureFactory::find(options.target);
+        if (generator == nullptr)
+            throw CliError("unknown generator '" + options.target + "' (see 'gritwell list')");
+        record = defaultRecord(*generator);
+    }
     for (const std::string& assignment : options.assignments) setFieldFromText(record, *generator, assignment);
     writeFileAtomically(options.output, record.data(), record.size());
+}
+
+// Sets fields of a record file in place: all of them or, on any error, none.
+void recordSet(const Options& options) {
+    LoadedRecord loaded = readRecordFile(options.input);
+    if (!loaded.currentVersion)
+        throw CliError("'" + options.input + "' is not a current " + std::string(loaded.generator->name) +
+                       " record, so its fields are not known; make a current one with 'gritwell record new --from " +
+                       options.input + " -o NEW'");
+    if (options.assignments.empty()) throw CliError("record set needs at least one FIELD=VALUE");
+    for (const std::string& assignment : options.assignments)
+        setFieldFromText(loaded.bytes, *loaded.generator, assignment);
+    writeFileAtomically(options.input, loaded.bytes.data(), loaded.bytes.size());
 }
 
 void recordShow(const Options& options) {
@@ -102,15 +234,18 @@ void recordFromJsonFile(const Options& options) {
 // starting with '#' are skipped. One value per point on standard output.
 void evaluatePoints(const Options& options) {
     const LoadedRecord record = resolveForEvaluation(options.target);
+    const TransformData transforms = transformRecord(options);
+    const HostTransform transform(transforms);
     PluginLibrary& plugin = loadPlugin(options);
-    PluginSession session(plugin, record.bytes, options.planar ? 2 | 4 : 2);
+    PluginSession session(plugin, record.bytes, transforms);
+    const BatchEvaluator evaluate = sessionEvaluator(session, transform);
 
     constexpr std::size_t kBatch = 4096;
     std::vector<float> points;
     std::vector<float> values(kBatch);
     auto flush = [&] {
         const int n = static_cast<int>(points.size() / 3);
-        session.evaluate(points.data(), n, values.data());
+        evaluate(points.data(), n, values.data());
         for (int i = 0; i < n; ++i) std::printf("%.9g\n", values[i]);
         points.clear();
     };
@@ -133,10 +268,50 @@ void evaluatePoints(const Options& options) {
 void renderPicture(const Options& options) {
     if (options.view.size < 1 || options.view.size > 8192) throw CliError("--size must be 1 to 8192");
     if (!(options.view.extent > 0.0f)) throw CliError("--extent must be positive");
+    const Colormap::Map map = colormapOf(options);
     const LoadedRecord record = resolveForEvaluation(options.target);
-    SliceView view = options.view;
-    view.planar = options.planar;
-    writePng(options.output, renderSlice(loadPlugin(options), record.bytes, view));
+    const TransformData transforms = transformRecord(options);
+    const HostTransform transform(transforms);
+    PluginSession session(loadPlugin(options), record.bytes, transforms);
+    const std::vector<float> values = sliceValues(sessionEvaluator(session, transform), options.view);
+    writePng(options.output,
+             Colormap::picture(values, options.view.size, options.view.size, map, options.sixteenBit ? 16 : 8));
+}
+
+// Paints every vertex of the mesh and writes it as PLY (and a picture of it
+// with --preview). The outputs are opened first, so an unwritable one is
+// reported before the work, and written only when everything succeeded.
+void paintMesh(const Options& options) {
+    if (options.previewSize < 16 || options.previewSize > 4096) throw CliError("--preview-size must be 16 to 4096");
+    const Colormap::Map map = colormapOf(options);
+    const LoadedRecord record = resolveForEvaluation(options.target);
+    const TransformData transforms = transformRecord(options);
+    const HostTransform transform(transforms);
+    AtomicOutput ply(options.output);
+    std::optional<AtomicOutput> preview;
+    if (!options.preview.empty()) preview.emplace(options.preview);
+
+    ProgressMeter progress("paint");
+    progress.note("reading " + options.mesh);
+    const Mesh mesh = MeshReader::read(options.mesh);
+    PluginSession session(loadPlugin(options), record.bytes, transforms);
+    const std::vector<float> values = MeshPainter::paint(
+        [&session](const float* points, int n, float* out) { session.evaluate(points, n, out); }, mesh, transform,
+        progress);
+
+    if (!PlyWriter::write(ply.file(), mesh, values))
+        throw CliError("cannot write '" + options.output + "': " + std::strerror(errno));
+    std::vector<unsigned char> png;
+    if (preview) {
+        MeshPreview::View view;
+        view.size = options.previewSize;
+        view.map = map;
+        png = encodePng(MeshPreview::render(mesh, values, view));
+        if (std::fwrite(png.data(), 1, png.size(), preview->file()) != png.size())
+            throw CliError("cannot write '" + options.preview + "': " + std::strerror(errno));
+    }
+    ply.commit();
+    if (preview) preview->commit();
 }
 
 void galleryPicture(const Options& options) { writePng(options.output, renderGallery(loadPlugin(options))); }
@@ -200,13 +375,25 @@ int main(int argc, char** argv) {
 
     CLI::App* record = app.add_subcommand("record", "write, show and convert state records");
     record->require_subcommand(1);
-    CLI::App* recordNewCmd = record->add_subcommand("new", "a record with the defaults and the given fields");
-    recordNewCmd->add_option("NAME", options.target, "generator name, e.g. Checkerboard")->required();
+    CLI::App* recordNewCmd = record->add_subcommand(
+        "new", "a record with a generator's defaults, or a copy of --from FILE, and the given fields");
+    recordNewCmd->add_option("NAME", options.target,
+                             "generator name, e.g. Checkerboard (may be left out with --from)");
+    recordNewCmd->add_option("--from", options.from,
+                             "start from this record file instead of the defaults (an older version is converted "
+                             "as the plug-in converts it)");
     recordNewCmd->add_option("--set", options.assignments, "FIELD=VALUE, repeatable");
     recordNewCmd->add_option("-o,--output", options.output, "the record file to write")->required();
     recordNewCmd->callback([&] { recordNew(options); });
 
-    CLI::App* recordShowCmd = record->add_subcommand("show", "print a record as JSON");
+    CLI::App* recordSetCmd = record->add_subcommand(
+        "set", "change fields of a record file in place: all of them, or on any error none");
+    recordSetCmd->add_option("FILE", options.input, "a record file of the current version")->required();
+    recordSetCmd->add_option("ASSIGNMENTS", options.assignments, "FIELD=VALUE ... (see 'record show')")->required();
+    recordSetCmd->callback([&] { recordSet(options); });
+
+    CLI::App* recordShowCmd = record->add_subcommand(
+        "show", "print a record as JSON, with the dialog's labels of its enumeration fields");
     recordShowCmd->add_option("FILE", options.input, "a record file")->required();
     recordShowCmd->callback([&] { recordShow(options); });
 
@@ -221,16 +408,38 @@ int main(int argc, char** argv) {
     CLI::App* eval = app.add_subcommand("eval", "values at points 'x y z' read one per line from standard input");
     eval->add_option("TARGET", options.target, "generator name (its defaults) or record file")->required();
     eval->add_flag("--planar", options.planar, "evaluate in the x/y plane, as the host's planar flag does");
+    addTransformOptions(eval, options);
+    eval->footer(kTransformOrder);
     eval->callback([&] { evaluatePoints(options); });
 
-    CLI::App* render = app.add_subcommand("render", "a greyscale PNG of the slice z = Z");
+    CLI::App* render = app.add_subcommand("render", "a PNG of the slice z = Z, grey or through a colour map");
     render->add_option("TARGET", options.target, "generator name (its defaults) or record file")->required();
     render->add_option("--size", options.view.size, "pixels on a side (default 256)");
     render->add_option("--z", options.view.z, "the slice's z (default 0)");
     render->add_option("--extent", options.view.extent, "texture units across, from 0 (default 4)");
     render->add_flag("--planar", options.planar, "evaluate in the x/y plane");
+    addTransformOptions(render, options);
+    render->add_option("--colormap", options.colormap, "grey (default), heat or viridis");
+    render->add_flag("--16bit", options.sixteenBit, "16 bits per sample instead of 8");
     render->add_option("-o,--output", options.output, "the PNG to write")->required();
+    render->footer(kTransformOrder);
     render->callback([&] { renderPicture(options); });
+
+    CLI::App* paint = app.add_subcommand(
+        "paint", "evaluate every vertex of an OBJ or PLY mesh and write it as PLY with the intensities and grey "
+                 "colours; progress on a terminal");
+    paint->add_option("MESH", options.mesh, "an .obj or .ply mesh")->required();
+    paint->add_option("TARGET", options.target, "generator name (its defaults) or record file")->required();
+    paint->add_option("-o,--output", options.output, "the PLY to write (binary little-endian)")->required();
+    paint->add_flag("--planar", options.planar, "evaluate in the x/y plane");
+    addTransformOptions(paint, options);
+    paint->add_option("--preview", options.preview, "also write a PNG picture of the painted mesh");
+    paint->add_option("--preview-size", options.previewSize, "the picture's pixels on a side (default 512)");
+    paint->add_option("--colormap", options.colormap, "the picture's colours: grey (default), heat or viridis");
+    paint->footer(std::string(kTransformOrder) +
+                  "\n\nCtrl-C leaves the output files as they were. Exit status 2 for bad input, 1 when the "
+                  "plug-in cannot be loaded, 130 when interrupted.");
+    paint->callback([&] { paintMesh(options); });
 
     CLI::App* gallery = app.add_subcommand("gallery", "every generator at its defaults, labelled, on one sheet");
     gallery->add_option("-o,--output", options.output, "the PNG to write")->required();

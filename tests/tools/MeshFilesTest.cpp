@@ -1,0 +1,177 @@
+// Meshes in and out: the OBJ/PLY reader, the PLY writer and the atomic
+// output both commands write through.
+
+#include <unistd.h>
+
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <limits>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "AtomicOutput.h"
+#include "CliError.h"
+#include "MeshReader.h"
+#include "PlyWriter.h"
+
+namespace fs = std::filesystem;
+using namespace gritwell;
+
+namespace {
+
+class MeshFiles : public testing::Test {
+protected:
+    void SetUp() override {
+        dir_ = fs::temp_directory_path() / ("gritwell-mesh-" + std::to_string(::getpid()) + "-" +
+                                            testing::UnitTest::GetInstance()->current_test_info()->name());
+        fs::create_directories(dir_);
+    }
+    void TearDown() override { fs::remove_all(dir_); }
+
+    std::string write(const std::string& name, const std::string& text) const {
+        std::ofstream((dir_ / name).string(), std::ios::binary) << text;
+        return (dir_ / name).string();
+    }
+    std::string read(const std::string& name) const {
+        std::ifstream in((dir_ / name).string(), std::ios::binary);
+        std::ostringstream s;
+        s << in.rdbuf();
+        return s.str();
+    }
+    // Every file in the folder but the given one: what a failed write left.
+    std::vector<std::string> others(const std::string& keep = "") const {
+        std::vector<std::string> names;
+        for (const auto& e : fs::directory_iterator(dir_))
+            if (e.path().filename() != keep) names.push_back(e.path().filename().string());
+        return names;
+    }
+    void expectRefused(const std::string& path, const std::string& message) const {
+        try {
+            MeshReader::read(path);
+            ADD_FAILURE() << "read " << path;
+        } catch (const CliError& e) {
+            EXPECT_NE(std::string(e.what()).find(message), std::string::npos) << e.what();
+            EXPECT_EQ(e.status(), CliError::kBadInput);
+        }
+    }
+
+    fs::path dir_;
+};
+
+// A quad and a triangle sharing an edge, then a triangle in another group
+// reusing three of their vertices; normals and texture coordinates on the
+// first two split the corners, and vertex 7 is used by nothing.
+constexpr const char* kGroupedObj =
+    "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\nv 2 0 0\nv 2 1 0\nv 5 5 5\n"
+    "vt 0 0\nvt 1 0\nvt 1 1\nvn 0 0 1\nvn 0 0 -1\n"
+    "f 4/1/1 3/2/1 2/3/1 1/1/1\nf 2/1/2 5/2/2 6/3/2 3/1/2\n"
+    "g other\nf 1 2 4\n";
+
+}  // namespace
+
+TEST_F(MeshFiles, ObjCornersAreJoinedAcrossTheWholeFile) {
+    const Mesh mesh = MeshReader::read(write("grouped.OBJ", kGroupedObj));
+    // In the order faces first use them; the unused (5, 5, 5) is gone.
+    const std::vector<float> positions = {0, 1, 0, 1, 1, 0, 1, 0, 0, 0, 0, 0, 2, 0, 0, 2, 1, 0};
+    EXPECT_EQ(mesh.positions, positions);
+    EXPECT_EQ(mesh.faceSizes, (std::vector<std::uint32_t>{4, 4, 3}));
+    EXPECT_EQ(mesh.faceCorners, (std::vector<std::uint32_t>{0, 1, 2, 3, 2, 4, 5, 1, 3, 2, 0}));
+}
+
+TEST_F(MeshFiles, PlyRoundTripKeepsEveryVertexInOrder) {
+    // Two vertices at the same place, and one no face uses: a PLY file's
+    // vertex list is the file's own, so all of them come back.
+    Mesh mesh;
+    mesh.positions = {0, 0, 0, 1, 0, 0, 1, 1, 0, 1, 0, 0, 9, 9, 9, -0.5f, 1e-7f, 3};
+    mesh.faceSizes = {4, 3};
+    mesh.faceCorners = {0, 1, 2, 5, 3, 2, 5};
+    const std::vector<float> values(6, 0.25f);
+    PlyWriter::writeFile((dir_ / "m.ply").string(), mesh, values);
+    const Mesh back = MeshReader::read((dir_ / "m.ply").string());
+    EXPECT_EQ(back.positions, mesh.positions);
+    EXPECT_EQ(back.faceSizes, mesh.faceSizes);
+    EXPECT_EQ(back.faceCorners, mesh.faceCorners);
+}
+
+TEST_F(MeshFiles, PointCloudsHaveVerticesButNoFaces) {
+    const Mesh cloud = MeshReader::read(write("points.obj", "v 0 0 0\nv 1 2 3\n"));
+    EXPECT_EQ(cloud.positions, (std::vector<float>{0, 0, 0, 1, 2, 3}));
+    EXPECT_EQ(cloud.faceCount(), 0u);
+}
+
+TEST_F(MeshFiles, UnreadableMeshesSayWhy) {
+    fs::create_directories(dir_ / "folder.obj");
+    expectRefused((dir_ / "folder.obj").string(), "it is a folder");
+    expectRefused(write("junk.obj", "junk\n"), "cannot read the mesh");
+    expectRefused(write("badheader.ply", "ply\nelement vertex 1\n"), "cannot read the mesh");
+    // The library passes a PLY face's indices through unchecked.
+    expectRefused(write("outside.ply",
+                        "ply\nformat ascii 1.0\nelement vertex 3\nproperty float x\nproperty float y\n"
+                        "property float z\nelement face 1\nproperty list uchar int vertex_indices\nend_header\n"
+                        "0 0 0\n1 0 0\n0 1 0\n3 0 1 7\n"),
+                  "is damaged: a face uses vertex 7 of 3");
+}
+
+TEST_F(MeshFiles, PlyLayoutIntensitiesAndGreys) {
+    Mesh mesh;
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const std::vector<float> values = {0.5f, nan, -1.0f, 2.0f, 0.999f, 0.0019f};
+    for (std::size_t i = 0; i < values.size(); ++i) mesh.positions.insert(mesh.positions.end(), {float(i), 0.5f, -1});
+    mesh.faceSizes = {3, 3};
+    mesh.faceCorners = {0, 1, 2, 3, 4, 5};
+    PlyWriter::writeFile((dir_ / "p.ply").string(), mesh, values);
+
+    const std::string bytes = read("p.ply");
+    const std::string header = PlyWriter::header(mesh);
+    ASSERT_EQ(bytes.compare(0, header.size(), header), 0);
+    ASSERT_EQ(bytes.size(), header.size() + 6 * 19 + 2 * (1 + 3 * 4));
+
+    const unsigned char greys[] = {128, 0, 0, 255, 255, 0};
+    for (std::size_t v = 0; v < values.size(); ++v) {
+        const char* vertex = bytes.data() + header.size() + 19 * v;
+        float xyz[4];
+        std::memcpy(xyz, vertex, sizeof xyz);
+        EXPECT_EQ(xyz[0], float(v));
+        EXPECT_EQ(std::memcmp(&xyz[3], &values[v], 4), 0) << "the intensity is kept as it is, NaN included";
+        for (int c = 0; c < 3; ++c) EXPECT_EQ(static_cast<unsigned char>(vertex[16 + c]), greys[v]) << v;
+    }
+    const char* face = bytes.data() + header.size() + 6 * 19 + 13;
+    std::int32_t corners[3];
+    std::memcpy(corners, face + 1, sizeof corners);
+    EXPECT_EQ(face[0], 3);
+    EXPECT_EQ(corners[0], 3);
+    EXPECT_EQ(corners[2], 5);
+}
+
+TEST_F(MeshFiles, FacesTooLargeForPlyAreRefusedBeforeWriting) {
+    Mesh mesh;
+    mesh.positions.assign(3 * 256, 0.0f);
+    mesh.faceSizes = {256};
+    for (std::uint32_t i = 0; i < 256; ++i) mesh.faceCorners.push_back(i);
+    EXPECT_THROW(PlyWriter::writeFile((dir_ / "big.ply").string(), mesh, std::vector<float>(256)), CliError);
+    EXPECT_TRUE(others().empty());
+}
+
+TEST_F(MeshFiles, AtomicOutputReplacesOnlyOnCommit) {
+    const std::string path = write("out.bin", "old");
+    {
+        AtomicOutput out(path);
+        EXPECT_EQ(fs::path(out.temporaryPath()).parent_path(), dir_);
+        std::fputs("half", out.file());
+        // Abandoned without commit: the old file stays, the temporary goes.
+    }
+    EXPECT_EQ(read("out.bin"), "old");
+    EXPECT_EQ(others("out.bin"), std::vector<std::string>{});
+    {
+        // Several at once, each to its own file.
+        AtomicOutput out(path), other((dir_ / "other").string());
+        std::fputs("new", out.file());
+        std::fputs("B", other.file());
+        other.commit();
+        out.commit();
+    }
+    EXPECT_EQ(read("out.bin") + read("other"), "newB");
+    EXPECT_EQ(others("out.bin"), std::vector<std::string>{"other"});
+}
