@@ -4,7 +4,9 @@
 
 // GCC 12's AVX-512 intrinsics start some results from a deliberately
 // undefined register and then warn that it may be used uninitialised.
+#if defined(__GNUC__) && !defined(__clang__)
 #pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
 
 #include <array>
 #include <bit>
