@@ -36,9 +36,22 @@ void noiseScalar(const float* x, const float* y, const float* z, float* out, int
 
 #define GRITWELL_AVX2 __attribute__((target("avx2")))
 
-// The permutation twice over as 32-bit words; every index the hash chain
-// forms stays below 512.
-alignas(64) constexpr std::array<std::int32_t, 512> kPermWords = doubledPerlinPermutation<std::int32_t>();
+// The permutation twice over, as bytes, with spare bytes after it so that a
+// 32-bit read at any index the hash chain forms (at most 510) stays inside.
+// One gathered word then holds both perm[i] and perm[i + 1], and every pair
+// of lookups the noise needs costs one gather.
+struct PermBytes {
+    alignas(64) std::uint8_t bytes[512 + 4];
+};
+
+constexpr PermBytes makePermBytes() {
+    PermBytes p{};
+    const auto doubled = doubledPerlinPermutation<std::uint8_t>();
+    for (int i = 0; i < 512; ++i) p.bytes[i] = doubled[i];
+    return p;
+}
+
+constexpr PermBytes kPermBytes = makePermBytes();
 
 GRITWELL_AVX2 inline __m256 fade(__m256 t) {
     const __m256 t3 = _mm256_mul_ps(_mm256_mul_ps(t, t), t);
@@ -64,10 +77,19 @@ GRITWELL_AVX2 inline __m256 grad(__m256i hash, __m256 x, __m256 y, __m256 z) {
     return _mm256_add_ps(_mm256_xor_ps(u, _mm256_castsi256_ps(signU)), _mm256_xor_ps(v, _mm256_castsi256_ps(signV)));
 }
 
-GRITWELL_AVX2 inline __m256i perm(__m256i index) { return _mm256_i32gather_epi32(kPermWords.data(), index, 4); }
+// perm[index] and perm[index + 1], lane by lane.
+struct PermPair {
+    __m256i at, next;
+};
+
+GRITWELL_AVX2 inline PermPair permPair(__m256i index) {
+    const __m256i word = _mm256_i32gather_epi32(reinterpret_cast<const int*>(kPermBytes.bytes), index, 1);
+    const __m256i low8 = _mm256_set1_epi32(255);
+    return {_mm256_and_si256(word, low8), _mm256_and_si256(_mm256_srli_epi32(word, 8), low8)};
+}
 
 GRITWELL_AVX2 void noiseAvx2(const float* xs, const float* ys, const float* zs, float* out, int n) {
-    const __m256i one = _mm256_set1_epi32(1), low8 = _mm256_set1_epi32(255);
+    const __m256i low8 = _mm256_set1_epi32(255);
     const __m256 onef = _mm256_set1_ps(1.0f);
     int k = 0;
     for (; k + 8 <= n; k += 8) {
@@ -78,18 +100,18 @@ GRITWELL_AVX2 void noiseAvx2(const float* xs, const float* ys, const float* zs, 
         const __m256 y0 = _mm256_sub_ps(y, _mm256_cvtepi32_ps(cy));
         const __m256 z0 = _mm256_sub_ps(z, _mm256_cvtepi32_ps(cz));
         const __m256 x1 = _mm256_sub_ps(x0, onef), y1 = _mm256_sub_ps(y0, onef), z1 = _mm256_sub_ps(z0, onef);
-        const __m256i a = _mm256_add_epi32(perm(ix), iy);
-        const __m256i b = _mm256_add_epi32(perm(_mm256_add_epi32(ix, one)), iy);
-        const __m256i aa = _mm256_add_epi32(perm(a), iz), ab = _mm256_add_epi32(perm(_mm256_add_epi32(a, one)), iz);
-        const __m256i ba = _mm256_add_epi32(perm(b), iz), bb = _mm256_add_epi32(perm(_mm256_add_epi32(b, one)), iz);
+        const PermPair px = permPair(ix);
+        const __m256i a = _mm256_add_epi32(px.at, iy), b = _mm256_add_epi32(px.next, iy);
+        const PermPair pa = permPair(a), pb = permPair(b);
+        const __m256i aa = _mm256_add_epi32(pa.at, iz), ab = _mm256_add_epi32(pa.next, iz);
+        const __m256i ba = _mm256_add_epi32(pb.at, iz), bb = _mm256_add_epi32(pb.next, iz);
+        // Each pair: the corner's hash at z0 and at z1.
+        const PermPair haa = permPair(aa), hab = permPair(ab), hba = permPair(ba), hbb = permPair(bb);
         const __m256 u = fade(x0), v = fade(y0), w = fade(z0);
-        const __m256 near = interp(v, interp(u, grad(perm(aa), x0, y0, z0), grad(perm(ba), x1, y0, z0)),
-                                   interp(u, grad(perm(ab), x0, y1, z0), grad(perm(bb), x1, y1, z0)));
-        const __m256 far = interp(v,
-                                  interp(u, grad(perm(_mm256_add_epi32(aa, one)), x0, y0, z1),
-                                         grad(perm(_mm256_add_epi32(ba, one)), x1, y0, z1)),
-                                  interp(u, grad(perm(_mm256_add_epi32(ab, one)), x0, y1, z1),
-                                         grad(perm(_mm256_add_epi32(bb, one)), x1, y1, z1)));
+        const __m256 near = interp(v, interp(u, grad(haa.at, x0, y0, z0), grad(hba.at, x1, y0, z0)),
+                                   interp(u, grad(hab.at, x0, y1, z0), grad(hbb.at, x1, y1, z0)));
+        const __m256 far = interp(v, interp(u, grad(haa.next, x0, y0, z1), grad(hba.next, x1, y0, z1)),
+                                  interp(u, grad(hab.next, x0, y1, z1), grad(hbb.next, x1, y1, z1)));
         _mm256_storeu_ps(out + k, _mm256_mul_ps(_mm256_set1_ps(kNoiseScale3), interp(w, near, far)));
     }
     noiseScalar(xs + k, ys + k, zs + k, out + k, n - k);

@@ -17,7 +17,8 @@ cmake --build "$dir" --target table_bench -j "$(nproc)"
 
 json=$(mktemp)
 levels_dir=$(mktemp -d)
-trap 'rm -rf "$json" "$levels_dir" docs/benchmarks.md.partial' EXIT
+readme_part=$(mktemp)
+trap 'rm -rf "$json" "$levels_dir" "$readme_part" docs/benchmarks.md.partial' EXIT
 run() { "$dir/bench/table_bench" --benchmark_repetitions="$reps" --benchmark_report_aggregates_only=true \
   --benchmark_min_time=0.1 --benchmark_out_format=json "$@" >&2; }
 # Every figure on the best instruction set this processor has, then the
@@ -29,9 +30,13 @@ for level in scalar avx2 avx512; do
     --benchmark_out="$levels_dir/$level.json"
 done
 
-python3 - "$json" "$cpu" "$(nproc)" "${isa:-none}" "$reps" "$levels_dir" >docs/benchmarks.md.partial <<'PY'
+cpu=$(grep -m1 '^model name' /proc/cpuinfo | cut -d: -f2- | sed 's/^ *//')
+isa=$(grep -m1 -ow -e avx512f -e avx2 /proc/cpuinfo | sort -u | paste -sd' ' || true)
+python3 - "$json" "$cpu" "$(nproc)" "${isa:-none}" "$reps" "$levels_dir" "$readme_part" \
+  >docs/benchmarks.md.partial <<'PY'
 import json, os, sys
-path, cpu, cores, isa, reps, levels_dir = sys.argv[1:7]
+path, cpu, cores, isa, reps, levels_dir, readme_part = sys.argv[1:8]
+data = json.load(open(path))
 
 def medians(path):
     data = json.load(open(path))
@@ -103,6 +108,32 @@ for kind, name in names:
     out.append(f"| {label} | " + " | ".join(ns(f"{kind}/{name}/defaults", by_level[lv]) for lv in levels) + " | "
                + " | ".join(ns(f"{kind}/{name}/{v}") for v in variants) + " |")
 print("\n".join(out))
+
+# The README's digest: the primitives and every generator at its defaults.
+short = [f"Last run: {cpu}, one core of {cores}, {ctx.get('compiler', '?')}, "
+         f"{ctx.get('date', '?')[:10]}; ns per point, median of {reps}.\n",
+         "| what | " + " | ".join(levels) + " |", "|---|" + "---:|" * len(levels)]
+short.append("| `Perlin::noise`, one point per call | " + " | ".join(
+    ns("Primitive/Perlin::noise(x,y,z)", by_level[lv]) for lv in levels) + " |")
+short.append("| `PerlinBatch::noise`, 4096 points per call | " + " | ".join(
+    ns("Primitive/PerlinBatch::noise", by_level[lv]) for lv in levels) + " |")
+short.append("| libnoise Perlin, 1 / 6 octaves (the peer) | " + " | ".join(
+    ns("Peer/libnoise Perlin/1", by_level[lv]) + " / " + ns("Peer/libnoise Perlin/6", by_level[lv])
+    for lv in levels) + " |")
+for kind, name in names:
+    label = name + (" *" if kind == "Batch" else "")
+    short.append(f"| {label} | " + " | ".join(ns(f"{kind}/{name}/defaults", by_level[lv]) for lv in levels) + " |")
+with open(readme_part, "w") as f:
+    f.write("\n".join(short) + "\n")
 PY
 mv docs/benchmarks.md.partial docs/benchmarks.md
-echo "Wrote docs/benchmarks.md" >&2
+# Replace the README's digest between its markers.
+python3 - "$readme_part" <<'PY'
+import re, sys
+table = open(sys.argv[1]).read()
+readme = open("README.md").read()
+start, end = "<!-- bench-table:start -->\n", "<!-- bench-table:end -->"
+i, j = readme.index(start) + len(start), readme.index(end)
+open("README.md", "w").write(readme[:i] + table + readme[j:])
+PY
+echo "Wrote docs/benchmarks.md and the README's table" >&2
