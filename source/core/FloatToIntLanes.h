@@ -4,6 +4,7 @@
 // cvttps2dq answers INT_MIN for a NaN or out-of-range lane, exactly what
 // truncToInt answers for the same float, and adding the all-ones mask of a
 // negative lane is wrapAdd(i, -1): every lane equals cellIndex(lane).
+// roundToInt's lane form follows the same rule.
 // The SSE2 form is for any x86-64; the wider ones only for code compiled
 // for the instruction set they name.
 
@@ -27,6 +28,10 @@ __attribute__((target("avx512f"))) inline __m512i cellIndex(__m512 v) {
     const __m512i t = _mm512_cvttps_epi32(v);
     return _mm512_mask_sub_epi32(t, negative, t, _mm512_set1_epi32(1));
 }
+
+// roundToInt lane by lane: cvtpd2dq rounds to nearest even and answers
+// INT_MIN for a NaN or a result outside the int range, as roundToInt does.
+__attribute__((target("avx512f"))) inline __m256i roundToInt(__m512d v) { return _mm512_cvtpd_epi32(v); }
 
 }  // namespace gritwell
 #endif

@@ -12,6 +12,14 @@ float VoronoiTexture3D::evaluate(const Record& r, int flags, float x, float y, f
     return clampUnit(v);
 }
 
+void VoronoiTexture3D::evaluateBlock(const Record& r, int flags, const float* points, int n, float* out) {
+    if (isPlanar(flags)) return evaluateEach(r, flags, points, n, out);
+    const PointBlock p(points, n, r.scale);
+    Voronoi::Get(p.x, p.y, p.z, n, static_cast<Voronoi::VoronoiType>(r.type),
+                 static_cast<Voronoi::DistanceMethod>(r.distanceMethod), out);
+    for (int i = 0; i < n; ++i) out[i] = clampUnit(out[i]);
+}
+
 template class RecordTexture3D<VoronoiTexture3D>;
 
 }  // namespace gritwell

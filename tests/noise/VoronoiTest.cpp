@@ -1,10 +1,13 @@
 #include <algorithm>
+#include <bit>
 #include <climits>
+#include <cstdint>
 #include <cmath>
 #include <limits>
 #include <optional>
 #include <random>
 #include <set>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -286,5 +289,41 @@ TEST(Voronoi, NonFiniteSamplesFindNothingAndHugeOnesStillGiveAFloat) {
                 EXPECT_FALSE(std::isnan(g)) << v << " " << m << " " << t;
                 EXPECT_FALSE(std::isnan(Voronoi::Get(v, 0.5f, Voronoi::VoronoiType(t), m)));
             }
+    }
+}
+
+TEST(Voronoi, ArraysGiveEveryPointTheBitsOfOnePointAtATime) {
+    // Ordinary points, exact integers (ties between cells), points on the
+    // edge of the int range and beyond it, NaN and infinities; 1,003 of
+    // them, so the tail after the last group of sixteen runs too.
+    std::mt19937 rng(31);
+    std::uniform_real_distribution<float> coord(-40.0f, 40.0f);
+    const float specials[] = {0.0f, -1.0f, 7.0f, 1e9f, -2147483648.0f, 2147483520.0f, 3e9f, -1e30f,
+                              std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity()};
+    std::vector<float> x, y, z;
+    for (int i = 0; i < 1003; ++i) {
+        const bool special = i % 7 == 0;
+        x.push_back(special ? specials[rng() % 10] : coord(rng));
+        y.push_back(i % 11 == 0 ? std::floor(coord(rng)) : coord(rng));
+        z.push_back(i % 13 == 0 ? specials[rng() % 10] : coord(rng));
+    }
+    const int n = static_cast<int>(x.size());
+    auto bits = [](float v) { return std::isnan(v) ? 0x7fc00000u : std::bit_cast<std::uint32_t>(v); };
+    for (int t = 0; t <= 7; ++t) {
+        for (const auto m : {Voronoi::Length, Voronoi::LengthSquared, Voronoi::Manhattan,
+                             static_cast<Voronoi::DistanceMethod>(9)}) {
+            std::vector<float> out(x.size());
+            const auto type = static_cast<Voronoi::VoronoiType>(t);
+            Voronoi::Get(x.data(), y.data(), z.data(), n, type, m, out.data());
+            int wrong = 0;
+            for (int i = 0; i < n && wrong < 3; ++i) {
+                const float one = Voronoi::Get(x[i], y[i], z[i], type, m);
+                if (bits(one) != bits(out[i])) {
+                    ++wrong;
+                    ADD_FAILURE() << "type " << t << ", metric " << m << ", point " << i << ": " << out[i]
+                                  << " instead of " << one;
+                }
+            }
+        }
     }
 }
