@@ -1,9 +1,19 @@
 #include "noise/ARMan.h"
 
+// GCC 12's AVX-512 intrinsics start some results from a deliberately
+// undefined register and then warn that it is, or may be, used uninitialised.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic ignored "-Wuninitialized"
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
+
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 #include "core/FloatToInt.h"
+#include "core/FloatToIntLanes.h"
+#include "core/SimdLevel.h"
 #include "noise/CellNoise.h"
 
 namespace gritwell::ARMan {
@@ -97,6 +107,120 @@ void voronoi_f1f2_3d(const float* P, float jitter, float& f1, float* pos1, float
         }
     }
     best.write(f1, pos1, f2, pos2);
+}
+
+// ---- The 3-D nearest feature, sixteen points at a time ----------------------
+//
+// voronoi_f1f2_3d's search for its nearest feature, one lane per point, with
+// the same operations in the same order: the cell hash on 32-bit lanes, the
+// double-precision centre and placement in two halves of eight, and the
+// strict comparison that lets the earlier of equal candidates stay ahead.
+
+namespace {
+
+#if defined(__x86_64__)
+
+#define GRITWELL_AVX512 __attribute__((target("avx512f")))
+
+struct Halves {
+    __m512d low, high;
+};
+
+GRITWELL_AVX512 inline Halves widen(__m512 v) {
+    return {_mm512_cvtps_pd(_mm512_castps512_ps256(v)),
+            _mm512_cvtps_pd(_mm256_castpd_ps(_mm512_extractf64x4_pd(_mm512_castps_pd(v), 1)))};
+}
+
+GRITWELL_AVX512 inline __m512 narrow(const Halves& h) {
+    return _mm512_castpd_ps(_mm512_insertf64x4(_mm512_castps_pd(_mm512_castps256_ps512(_mm512_cvtpd_ps(h.low))),
+                                               _mm256_castps_pd(_mm512_cvtpd_ps(h.high)), 1));
+}
+
+// cellCentre, lane by lane.
+GRITWELL_AVX512 inline __m512 centreLanes(__m512 v) {
+    const __m512i cell = cellIndex(v);
+    const __m512d half = _mm512_set1_pd(0.5);
+    return narrow({_mm512_add_pd(_mm512_cvtepi32_pd(_mm512_castsi512_si256(cell)), half),
+                   _mm512_add_pd(_mm512_cvtepi32_pd(_mm512_extracti64x4_epi64(cell, 1)), half)});
+}
+
+// CellNoise::cellNoise(x, y, z), lane by lane.
+GRITWELL_AVX512 inline __m512 cellNoiseLanes(__m512 x, __m512 y, __m512 z) {
+    __m512i n = _mm512_add_epi32(_mm512_add_epi32(_mm512_mullo_epi32(cellIndex(y), _mm512_set1_epi32(1301)),
+                                                  _mm512_mullo_epi32(cellIndex(z), _mm512_set1_epi32(314159))),
+                                 cellIndex(x));
+    n = _mm512_xor_si512(n, _mm512_slli_epi32(n, 13));
+    const __m512i inner = _mm512_add_epi32(_mm512_mullo_epi32(_mm512_mullo_epi32(n, n), _mm512_set1_epi32(15731)),
+                                           _mm512_set1_epi32(789221));
+    const __m512i h = _mm512_add_epi32(_mm512_mullo_epi32(n, inner), _mm512_set1_epi32(1376312589));
+    return _mm512_div_ps(_mm512_cvtepu32_ps(h), _mm512_set1_ps(4294967296.0f));
+}
+
+// place(t, jitter, r), lane by lane.
+GRITWELL_AVX512 inline __m512 placeLanes(__m512 t, __m512d jitter, __m512 r) {
+    const Halves th = widen(t), rh = widen(r);
+    const __m512d half = _mm512_set1_pd(0.5);
+    return narrow({_mm512_add_pd(th.low, _mm512_mul_pd(jitter, _mm512_sub_pd(rh.low, half))),
+                   _mm512_add_pd(th.high, _mm512_mul_pd(jitter, _mm512_sub_pd(rh.high, half)))});
+}
+
+GRITWELL_AVX512 void nearest16(const float* xs, const float* ys, const float* zs, float jitter, float* f1,
+                               float* nx, float* ny, float* nz) {
+    const __m512 px = _mm512_loadu_ps(xs), py = _mm512_loadu_ps(ys), pz = _mm512_loadu_ps(zs);
+    const __m512 cx = centreLanes(px), cy = centreLanes(py), cz = centreLanes(pz);
+    const __m512d jitterLanes = _mm512_set1_pd(static_cast<double>(jitter));
+    __m512 d1 = _mm512_set1_ps(kFarAway);
+    __m512 bx = _mm512_setzero_ps(), by = _mm512_setzero_ps(), bz = _mm512_setzero_ps();
+    for (int i = -1; i <= 1; ++i) {
+        const __m512 tx = _mm512_add_ps(cx, _mm512_set1_ps(static_cast<float>(i)));
+        for (int j = -1; j <= 1; ++j) {
+            const __m512 ty = _mm512_add_ps(cy, _mm512_set1_ps(static_cast<float>(j)));
+            for (int k = -1; k <= 1; ++k) {
+                const __m512 tz = _mm512_add_ps(cz, _mm512_set1_ps(static_cast<float>(k)));
+                const __m512 rx = cellNoiseLanes(tx, ty, tz);
+                const __m512 ry = cellNoiseLanes(ty, tz, tx);
+                const __m512 qx = placeLanes(tx, jitterLanes, rx);
+                const __m512 qy = placeLanes(ty, jitterLanes, ry);
+                const __m512 qz = placeLanes(tz, jitterLanes, ry);
+                const __m512 dx = _mm512_sub_ps(px, qx), dy = _mm512_sub_ps(py, qy), dz = _mm512_sub_ps(pz, qz);
+                const __m512 d =
+                    _mm512_add_ps(_mm512_add_ps(_mm512_mul_ps(dx, dx), _mm512_mul_ps(dy, dy)), _mm512_mul_ps(dz, dz));
+                const __mmask16 nearer = _mm512_cmp_ps_mask(d, d1, _CMP_LT_OQ);
+                d1 = _mm512_mask_blend_ps(nearer, d1, d);
+                bx = _mm512_mask_blend_ps(nearer, bx, qx);
+                by = _mm512_mask_blend_ps(nearer, by, qy);
+                bz = _mm512_mask_blend_ps(nearer, bz, qz);
+            }
+        }
+    }
+    const Halves squared = widen(d1);
+    _mm512_storeu_ps(f1, narrow({_mm512_sqrt_pd(squared.low), _mm512_sqrt_pd(squared.high)}));
+    _mm512_storeu_ps(nx, bx);
+    _mm512_storeu_ps(ny, by);
+    _mm512_storeu_ps(nz, bz);
+}
+
+#endif  // __x86_64__
+
+}  // namespace
+
+void voronoi_f1_3d(const float* x, const float* y, const float* z, int n, float jitter, float* f1, float* nearestX,
+                   float* nearestY, float* nearestZ) {
+    int done = 0;
+#if defined(__x86_64__)
+    if (simdLevel() == SimdLevel::kAvx512)
+        for (; done + 16 <= n; done += 16)
+            nearest16(x + done, y + done, z + done, jitter, f1 + done, nearestX + done, nearestY + done,
+                      nearestZ + done);
+#endif
+    for (; done < n; ++done) {
+        const float p[3] = {x[done], y[done], z[done]};
+        float pos1[3], pos2[3], f2;
+        voronoi_f1f2_3d(p, jitter, f1[done], pos1, f2, pos2);
+        nearestX[done] = pos1[0];
+        nearestY[done] = pos1[1];
+        nearestZ[done] = pos1[2];
+    }
 }
 
 }  // namespace gritwell::ARMan

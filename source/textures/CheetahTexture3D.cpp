@@ -3,6 +3,7 @@
 #include "noise/ARMan.h"
 #include "noise/CellNoise.h"
 #include "noise/Perlin.h"
+#include "noise/PerlinBatch.h"
 
 namespace gritwell {
 
@@ -46,6 +47,22 @@ float CheetahTexture3D::evaluate(const Record& r, int flags, float x, float y, f
     // Seeded by the nearest feature's position, so the whole spot shares it.
     const float s = r.spotSize * (kSizeBase + kSizeRange * sizeNoise);
     return d < 0.5f * s ? kSpot : kGround;
+}
+
+void CheetahTexture3D::evaluateBlock(const Record& r, int flags, const float* points, int n, float* out) {
+    if (isPlanar(flags)) return evaluateEach(r, flags, points, n, out);
+    const PointBlock p(points, n, 1.0f);
+    float f1[kBlockPoints], nearestX[kBlockPoints], nearestY[kBlockPoints], nearestZ[kBlockPoints];
+    ARMan::voronoi_f1_3d(p.x, p.y, p.z, n, r.layoutVariability, f1, nearestX, nearestY, nearestZ);
+    const PointBlock wobbleAt(points, n, kWobbleFrequency);
+    float wobble[kBlockPoints];
+    PerlinBatch::noise(wobbleAt.x, wobbleAt.y, wobbleAt.z, wobble, n);
+    for (int i = 0; i < n; ++i) {
+        const float sizeNoise = CellNoise::cellNoise(nearestX[i], nearestY[i], nearestZ[i]);
+        const float d = f1[i] + kWobbleAmplitude * r.spotVariability * wobble[i];
+        const float s = r.spotSize * (kSizeBase + kSizeRange * sizeNoise);
+        out[i] = d < 0.5f * s ? kSpot : kGround;
+    }
 }
 
 template class RecordTexture3D<CheetahTexture3D>;

@@ -31,6 +31,9 @@ public:
 
     // 0.1 inside a spot, 0.8 outside.
     static float evaluate(const Record& r, int flags, float x, float y, float z);
+    // The same for a block of points, the 3-D search and the noise across
+    // points at once.
+    static void evaluateBlock(const Record& r, int flags, const float* points, int n, float* out);
 
     float getSpotSize() const { return record_.spotSize; }
     void setSpotSize(float s) { record_.spotSize = s; }

@@ -1,6 +1,9 @@
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <random>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -153,6 +156,39 @@ TEST(ARMan, NonFiniteSamplesGiveAFloat) {
             const TwoFeatures r = search(dims, P, 1.0f);
             EXPECT_FALSE(std::isnan(r.f1));
             EXPECT_LE(r.f1, r.f2);
+        }
+    }
+}
+
+TEST(ARMan, NearestFeatureOverArraysHasTheBitsOfThePointByPointSearch) {
+    // Ordinary points, integers and half-integers on cell seams, far-out and
+    // non-finite coordinates; 1,001 points, so a tail follows the groups of
+    // sixteen.
+    std::mt19937 rng(77);
+    std::uniform_real_distribution<float> coord(-30.0f, 30.0f);
+    const float specials[] = {0.0f, -1.0f, 2.5f, -3.5f, 1e8f, -2147483648.0f, 3e9f,
+                              std::numeric_limits<float>::quiet_NaN(), -std::numeric_limits<float>::infinity()};
+    std::vector<float> x, y, z;
+    for (int i = 0; i < 1001; ++i) {
+        x.push_back(i % 9 == 0 ? specials[rng() % 9] : coord(rng));
+        y.push_back(i % 5 == 0 ? std::round(coord(rng)) : coord(rng));
+        z.push_back(i % 11 == 0 ? specials[rng() % 9] : coord(rng));
+    }
+    const int n = static_cast<int>(x.size());
+    auto bits = [](float v) { return std::isnan(v) ? 0x7fc00000u : std::bit_cast<std::uint32_t>(v); };
+    for (const float jitter : {0.0f, 0.6f, 1.0f, 2.5f}) {
+        std::vector<float> f1(x.size()), nx(x.size()), ny(x.size()), nz(x.size());
+        ARMan::voronoi_f1_3d(x.data(), y.data(), z.data(), n, jitter, f1.data(), nx.data(), ny.data(), nz.data());
+        int wrong = 0;
+        for (int i = 0; i < n && wrong < 3; ++i) {
+            const float p[3] = {x[i], y[i], z[i]};
+            float oneF1, oneF2, pos1[3], pos2[3];
+            ARMan::voronoi_f1f2_3d(p, jitter, oneF1, pos1, oneF2, pos2);
+            if (bits(oneF1) != bits(f1[i]) || bits(pos1[0]) != bits(nx[i]) || bits(pos1[1]) != bits(ny[i]) ||
+                bits(pos1[2]) != bits(nz[i])) {
+                ++wrong;
+                ADD_FAILURE() << "jitter " << jitter << ", point " << i << ": f1 " << f1[i] << " instead of " << oneF1;
+            }
         }
     }
 }
