@@ -109,9 +109,9 @@ void voronoi_f1f2_3d(const float* P, float jitter, float& f1, float* pos1, float
     best.write(f1, pos1, f2, pos2);
 }
 
-// ---- The 3-D nearest feature, sixteen points at a time ----------------------
+// ---- The searches, sixteen points at a time ---------------------------------
 //
-// voronoi_f1f2_3d's search for its nearest feature, one lane per point, with
+// voronoi_f1f2_2d's and voronoi_f1f2_3d's searches, one lane per point, with
 // the same operations in the same order: the cell hash on 32-bit lanes, the
 // double-precision centre and placement in two halves of eight, and the
 // strict comparison that lets the earlier of equal candidates stay ahead.
@@ -200,9 +200,60 @@ GRITWELL_AVX512 void nearest16(const float* xs, const float* ys, const float* zs
     _mm512_storeu_ps(nz, bz);
 }
 
+GRITWELL_AVX512 void twoNearest16(const float* xs, const float* ys, float jitter, float* f1, float* f2, float* nx,
+                                  float* ny) {
+    const __m512 px = _mm512_loadu_ps(xs), py = _mm512_loadu_ps(ys);
+    const __m512 cx = centreLanes(px), cy = centreLanes(py);
+    const __m512d jitterLanes = _mm512_set1_pd(static_cast<double>(jitter));
+    const __m512 zero = _mm512_setzero_ps();
+    __m512 d1 = _mm512_set1_ps(kFarAway), d2 = d1;
+    __m512 bx = zero, by = zero;
+    for (int i = -1; i <= 1; ++i) {
+        const __m512 tx = _mm512_add_ps(cx, _mm512_set1_ps(static_cast<float>(i)));
+        for (int j = -1; j <= 1; ++j) {
+            const __m512 ty = _mm512_add_ps(cy, _mm512_set1_ps(static_cast<float>(j)));
+            const __m512 rx = cellNoiseLanes(tx, ty, zero);
+            const __m512 ry = cellNoiseLanes(_mm512_add_ps(tx, _mm512_set1_ps(23.0f)),
+                                             _mm512_sub_ps(ty, _mm512_set1_ps(87.0f)), zero);
+            const __m512 qx = placeLanes(tx, jitterLanes, rx);
+            const __m512 qy = placeLanes(ty, jitterLanes, ry);
+            const __m512 dx = _mm512_sub_ps(px, qx), dy = _mm512_sub_ps(py, qy);
+            const __m512 d = _mm512_add_ps(_mm512_mul_ps(dx, dx), _mm512_mul_ps(dy, dy));
+            const __mmask16 first = _mm512_cmp_ps_mask(d, d1, _CMP_LT_OQ);
+            const __mmask16 second = _mm512_kandn(first, _mm512_cmp_ps_mask(d, d2, _CMP_LT_OQ));
+            d2 = _mm512_mask_blend_ps(first, _mm512_mask_blend_ps(second, d2, d), d1);
+            d1 = _mm512_mask_blend_ps(first, d1, d);
+            bx = _mm512_mask_blend_ps(first, bx, qx);
+            by = _mm512_mask_blend_ps(first, by, qy);
+        }
+    }
+    const Halves s1 = widen(d1), s2 = widen(d2);
+    _mm512_storeu_ps(f1, narrow({_mm512_sqrt_pd(s1.low), _mm512_sqrt_pd(s1.high)}));
+    _mm512_storeu_ps(f2, narrow({_mm512_sqrt_pd(s2.low), _mm512_sqrt_pd(s2.high)}));
+    _mm512_storeu_ps(nx, bx);
+    _mm512_storeu_ps(ny, by);
+}
+
 #endif  // __x86_64__
 
 }  // namespace
+
+void voronoi_f1f2_2d(const float* x, const float* y, int n, float jitter, float* f1, float* f2, float* nearestX,
+                     float* nearestY) {
+    int done = 0;
+#if defined(__x86_64__)
+    if (simdLevel() == SimdLevel::kAvx512)
+        for (; done + 16 <= n; done += 16)
+            twoNearest16(x + done, y + done, jitter, f1 + done, f2 + done, nearestX + done, nearestY + done);
+#endif
+    for (; done < n; ++done) {
+        const float p[2] = {x[done], y[done]};
+        float pos1[2], pos2[2];
+        voronoi_f1f2_2d(p, jitter, f1[done], pos1, f2[done], pos2);
+        nearestX[done] = pos1[0];
+        nearestY[done] = pos1[1];
+    }
+}
 
 void voronoi_f1_3d(const float* x, const float* y, const float* z, int n, float jitter, float* f1, float* nearestX,
                    float* nearestY, float* nearestZ) {

@@ -15,6 +15,11 @@ void voronoi_f1f2_2d(const float* P, float jitter, float& f1, float* pos1, float
 // The same over 3 floats, 27 cells. A feature's y and z offsets from its cell
 // centre are always equal.
 void voronoi_f1f2_3d(const float* P, float jitter, float& f1, float* pos1, float& f2, float* pos2);
+// The two nearest distances and the nearest feature for n points at once:
+// f1[i], f2[i] and nearest*[i] are what voronoi_f1f2_2d gives ({x[i], y[i]})
+// as f1, f2 and pos1, bit for bit; sixteen points at a time on AVX-512.
+void voronoi_f1f2_2d(const float* x, const float* y, int n, float jitter, float* f1, float* f2, float* nearestX,
+                     float* nearestY);
 // The nearest feature alone for n points at once: f1[i] and nearest*[i] are
 // what voronoi_f1f2_3d gives ({x[i], y[i], z[i]}) as f1 and pos1, bit for
 // bit; sixteen points at a time on processors with AVX-512.

@@ -22,12 +22,11 @@ constexpr float kCellNoiseWeight = 0.25f;     // how far the noise moves a tile'
 //   c = min + (max - min) * cellNoise(feature) [+ 0.25 * fBM(...)]
 // The octave counts reach the fractal sum as floats; its own exact early
 // exit bounds the loop for a damaged record's huge counts.
-float VoronoiTileTexture3D::evaluate(const Record& r, int, float x, float y, float) {
-    const float p[2] = {x, y};
-    float f1, f2;
-    float nearest[2], second[2];
-    ARMan::voronoi_f1f2_2d(p, r.cellVariability, f1, nearest, f2, second);
+namespace {
 
+// Everything after the search, from the two nearest distances and the
+// nearest feature.
+float shade(const VoronoiTileTexture3D::Record& r, float x, float y, float f1, float f2, const float nearest[2]) {
     // Half the gap between the two nearest distances: zero on the bisector,
     // and the distance to it along the line joining the two features.
     float e = (f2 - f1) / 2.0f;
@@ -48,6 +47,27 @@ float VoronoiTileTexture3D::evaluate(const Record& r, int, float x, float y, flo
                                             r.cellLacunarity, r.cellGain);
     }
     return clampUnit(c);
+}
+
+}  // namespace
+
+float VoronoiTileTexture3D::evaluate(const Record& r, int, float x, float y, float) {
+    const float p[2] = {x, y};
+    float f1, f2;
+    float nearest[2], second[2];
+    ARMan::voronoi_f1f2_2d(p, r.cellVariability, f1, nearest, f2, second);
+    return shade(r, x, y, f1, f2, nearest);
+}
+
+// The search across the block at once, then each point's shade.
+void VoronoiTileTexture3D::evaluateBlock(const Record& r, int, const float* points, int n, float* out) {
+    const PointBlock p(points, n, 1.0f);
+    float f1[kBlockPoints], f2[kBlockPoints], nearestX[kBlockPoints], nearestY[kBlockPoints];
+    ARMan::voronoi_f1f2_2d(p.x, p.y, n, r.cellVariability, f1, f2, nearestX, nearestY);
+    for (int i = 0; i < n; ++i) {
+        const float nearest[2] = {nearestX[i], nearestY[i]};
+        out[i] = shade(r, points[3 * i], points[3 * i + 1], f1[i], f2[i], nearest);
+    }
 }
 
 template class RecordTexture3D<VoronoiTileTexture3D>;

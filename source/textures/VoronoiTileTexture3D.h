@@ -61,6 +61,8 @@ public:
     // 0 in the grout; a tile's tone clamped to [0, 1] elsewhere (NaN where the
     // record or the point makes it NaN). z and the flags are ignored.
     static float evaluate(const Record& r, int flags, float x, float y, float z);
+    // The same for a block of points, the search across points at once.
+    static void evaluateBlock(const Record& r, int flags, const float* points, int n, float* out);
 
     float getCellVariability() const { return record_.cellVariability; }
     void setCellVariability(float v) { record_.cellVariability = v; }

@@ -192,3 +192,33 @@ TEST(ARMan, NearestFeatureOverArraysHasTheBitsOfThePointByPointSearch) {
         }
     }
 }
+
+TEST(ARMan, TwoNearestInThePlaneOverArraysHaveTheBitsOfThePointByPointSearch) {
+    std::mt19937 rng(78);
+    std::uniform_real_distribution<float> coord(-30.0f, 30.0f);
+    const float specials[] = {0.0f, -1.0f, 2.5f, 1e8f, -2147483648.0f, 3e9f, std::numeric_limits<float>::quiet_NaN(),
+                              std::numeric_limits<float>::infinity()};
+    std::vector<float> x, y;
+    for (int i = 0; i < 1001; ++i) {
+        x.push_back(i % 9 == 0 ? specials[rng() % 8] : coord(rng));
+        y.push_back(i % 5 == 0 ? std::round(coord(rng)) : coord(rng));
+    }
+    const int n = static_cast<int>(x.size());
+    auto bits = [](float v) { return std::isnan(v) ? 0x7fc00000u : std::bit_cast<std::uint32_t>(v); };
+    for (const float jitter : {0.0f, 0.75f, 1.0f, 3.0f}) {
+        std::vector<float> f1(x.size()), f2(x.size()), nx(x.size()), ny(x.size());
+        ARMan::voronoi_f1f2_2d(x.data(), y.data(), n, jitter, f1.data(), f2.data(), nx.data(), ny.data());
+        int wrong = 0;
+        for (int i = 0; i < n && wrong < 3; ++i) {
+            const float p[2] = {x[i], y[i]};
+            float oneF1, oneF2, pos1[2], pos2[2];
+            ARMan::voronoi_f1f2_2d(p, jitter, oneF1, pos1, oneF2, pos2);
+            if (bits(oneF1) != bits(f1[i]) || bits(oneF2) != bits(f2[i]) || bits(pos1[0]) != bits(nx[i]) ||
+                bits(pos1[1]) != bits(ny[i])) {
+                ++wrong;
+                ADD_FAILURE() << "jitter " << jitter << ", point " << i << ": f1, f2 " << f1[i] << ", " << f2[i]
+                              << " instead of " << oneF1 << ", " << oneF2;
+            }
+        }
+    }
+}
