@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "core/ByteTableLanes.h"
 #include "core/FloatToIntLanes.h"
 #include "noise/Perlin.h"
 #include "noise/PerlinPermutation.h"
@@ -145,24 +146,10 @@ GRITWELL_AVX512 inline __m512 grad(__m512i hash, __m512 x, __m512 y, __m512 z) {
                          _mm512_castsi512_ps(_mm512_xor_si512(_mm512_castps_si512(v), signV)));
 }
 
-// The 256-byte permutation in four registers; perm[i] = P[i & 255] because
-// the doubled table repeats, so the low byte of an index is all it needs.
-struct PermRegisters {
-    __m512i q0, q1, q2, q3;
-};
-
-GRITWELL_AVX512 inline __m512i perm(const PermRegisters& p, __m512i index) {
-    const __m512i bytes = _mm512_castsi128_si512(_mm512_cvtepi32_epi8(index));
-    const __m512i low = _mm512_permutex2var_epi8(p.q0, bytes, p.q1);
-    const __m512i high = _mm512_permutex2var_epi8(p.q2, bytes, p.q3);
-    const __m512i looked = _mm512_mask_blend_epi8(_mm512_movepi8_mask(bytes), low, high);
-    return _mm512_cvtepu8_epi32(_mm512_castsi512_si128(looked));
-}
-
 GRITWELL_AVX512 void noiseAvx512(const float* xs, const float* ys, const float* zs, float* out, int n) {
-    const PermRegisters p{_mm512_loadu_si512(kPerlinPermutation.data()), _mm512_loadu_si512(kPerlinPermutation.data() + 64),
-                          _mm512_loadu_si512(kPerlinPermutation.data() + 128),
-                          _mm512_loadu_si512(kPerlinPermutation.data() + 192)};
+    // perm[i] = P[i & 255]: the doubled table repeats, so the low byte of an
+    // index is all it needs.
+    const ByteTableLanes perm(kPerlinPermutation.data());
     const __m512i one = _mm512_set1_epi32(1), low8 = _mm512_set1_epi32(255);
     const __m512 onef = _mm512_set1_ps(1.0f);
     int k = 0;
@@ -174,20 +161,20 @@ GRITWELL_AVX512 void noiseAvx512(const float* xs, const float* ys, const float* 
         const __m512 y0 = _mm512_sub_ps(y, _mm512_cvtepi32_ps(cy));
         const __m512 z0 = _mm512_sub_ps(z, _mm512_cvtepi32_ps(cz));
         const __m512 x1 = _mm512_sub_ps(x0, onef), y1 = _mm512_sub_ps(y0, onef), z1 = _mm512_sub_ps(z0, onef);
-        const __m512i a = _mm512_add_epi32(perm(p, ix), iy);
-        const __m512i b = _mm512_add_epi32(perm(p, _mm512_add_epi32(ix, one)), iy);
-        const __m512i aa = _mm512_add_epi32(perm(p, a), iz);
-        const __m512i ab = _mm512_add_epi32(perm(p, _mm512_add_epi32(a, one)), iz);
-        const __m512i ba = _mm512_add_epi32(perm(p, b), iz);
-        const __m512i bb = _mm512_add_epi32(perm(p, _mm512_add_epi32(b, one)), iz);
+        const __m512i a = _mm512_add_epi32(perm(ix), iy);
+        const __m512i b = _mm512_add_epi32(perm(_mm512_add_epi32(ix, one)), iy);
+        const __m512i aa = _mm512_add_epi32(perm(a), iz);
+        const __m512i ab = _mm512_add_epi32(perm(_mm512_add_epi32(a, one)), iz);
+        const __m512i ba = _mm512_add_epi32(perm(b), iz);
+        const __m512i bb = _mm512_add_epi32(perm(_mm512_add_epi32(b, one)), iz);
         const __m512 u = fade(x0), v = fade(y0), w = fade(z0);
-        const __m512 near = interp(v, interp(u, grad(perm(p, aa), x0, y0, z0), grad(perm(p, ba), x1, y0, z0)),
-                                   interp(u, grad(perm(p, ab), x0, y1, z0), grad(perm(p, bb), x1, y1, z0)));
+        const __m512 near = interp(v, interp(u, grad(perm(aa), x0, y0, z0), grad(perm(ba), x1, y0, z0)),
+                                   interp(u, grad(perm(ab), x0, y1, z0), grad(perm(bb), x1, y1, z0)));
         const __m512 far = interp(v,
-                                  interp(u, grad(perm(p, _mm512_add_epi32(aa, one)), x0, y0, z1),
-                                         grad(perm(p, _mm512_add_epi32(ba, one)), x1, y0, z1)),
-                                  interp(u, grad(perm(p, _mm512_add_epi32(ab, one)), x0, y1, z1),
-                                         grad(perm(p, _mm512_add_epi32(bb, one)), x1, y1, z1)));
+                                  interp(u, grad(perm(_mm512_add_epi32(aa, one)), x0, y0, z1),
+                                         grad(perm(_mm512_add_epi32(ba, one)), x1, y0, z1)),
+                                  interp(u, grad(perm(_mm512_add_epi32(ab, one)), x0, y1, z1),
+                                         grad(perm(_mm512_add_epi32(bb, one)), x1, y1, z1)));
         _mm512_storeu_ps(out + k, _mm512_mul_ps(_mm512_set1_ps(kNoiseScale3), interp(w, near, far)));
     }
     noiseScalar(xs + k, ys + k, zs + k, out + k, n - k);

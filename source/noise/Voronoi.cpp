@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "core/ByteTableLanes.h"
 #include "core/DistanceMetrics.h"
 #include "core/FloatToInt.h"
 #include "core/FloatToIntLanes.h"
@@ -271,18 +272,6 @@ GRITWELL_AVX512 inline __m512i floorLanes(__m512 v) {
     return _mm512_inserti64x4(_mm512_castsi256_si512(lowCell), highCell, 1);
 }
 
-// index[i & 255] for every lane, from the table held in four registers.
-struct IndexRegisters {
-    __m512i q0, q1, q2, q3;
-};
-
-GRITWELL_AVX512 inline __m512i indexOf(const IndexRegisters& t, __m512i i) {
-    const __m512i bytes = _mm512_castsi128_si512(_mm512_cvtepi32_epi8(i));
-    const __m512i low = _mm512_permutex2var_epi8(t.q0, bytes, t.q1);
-    const __m512i high = _mm512_permutex2var_epi8(t.q2, bytes, t.q3);
-    return _mm512_cvtepu8_epi32(_mm512_castsi512_si128(_mm512_mask_blend_epi8(_mm512_movepi8_mask(bytes), low, high)));
-}
-
 GRITWELL_AVX512 inline __m512 scaledLanes(__m512 v) {
     const __m512d root2 = _mm512_set1_pd(kRoot2), root3 = _mm512_set1_pd(kRoot3);
     const __m512d low = _mm512_cvtps_pd(_mm512_castps512_ps256(v));
@@ -296,8 +285,7 @@ GRITWELL_AVX512 inline __m512 scaledLanes(__m512 v) {
 GRITWELL_AVX512 void get16(const float* xs, const float* ys, const float* zs, Voronoi::VoronoiType t, bool root,
                            float* out) {
     const auto* index = kTables.index.data();
-    const IndexRegisters table{_mm512_loadu_si512(index), _mm512_loadu_si512(index + 64),
-                               _mm512_loadu_si512(index + 128), _mm512_loadu_si512(index + 192)};
+    const ByteTableLanes indexOf(index);
     const __m512 sx = _mm512_loadu_ps(xs), sy = _mm512_loadu_ps(ys), sz = _mm512_loadu_ps(zs);
     const __m512i cx = floorLanes(sx), cy = floorLanes(sy), cz = floorLanes(sz);
     __m512 F[4];
@@ -310,9 +298,9 @@ GRITWELL_AVX512 void get16(const float* xs, const float* ys, const float* zs, Vo
             const __m512 fj = _mm512_cvtepi32_ps(j);
             for (int dk = -1; dk <= 1; ++dk) {
                 const __m512i k = _mm512_add_epi32(cz, _mm512_set1_epi32(dk));
-                const __m512i a = indexOf(table, k);
-                const __m512i b = indexOf(table, _mm512_add_epi32(a, j));
-                const __m512i row = indexOf(table, _mm512_add_epi32(b, i));
+                const __m512i a = indexOf(k);
+                const __m512i b = indexOf(_mm512_add_epi32(a, j));
+                const __m512i row = indexOf(_mm512_add_epi32(b, i));
                 const __m512 qx = _mm512_add_ps(fi, _mm512_i32gather_ps(row, kCoordColumns.x, 4));
                 const __m512 qy = _mm512_add_ps(fj, _mm512_i32gather_ps(row, kCoordColumns.y, 4));
                 const __m512 qz = _mm512_add_ps(_mm512_cvtepi32_ps(k), _mm512_i32gather_ps(row, kCoordColumns.z, 4));
