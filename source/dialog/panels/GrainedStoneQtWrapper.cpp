@@ -1,4 +1,4 @@
-#include "dialog/panels/SpeckledStoneQtWrapper.h"
+#include "dialog/panels/GrainedStoneQtWrapper.h"
 
 #include <QSignalBlocker>
 
