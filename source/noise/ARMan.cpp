@@ -11,6 +11,7 @@
 #include <cmath>
 #include <cstdint>
 
+#include "core/DoubleLanes.h"
 #include "core/FloatToInt.h"
 #include "core/FloatToIntLanes.h"
 #include "core/SimdLevel.h"
@@ -122,20 +123,6 @@ namespace {
 
 #define GRITWELL_AVX512 __attribute__((target("avx512f")))
 
-struct Halves {
-    __m512d low, high;
-};
-
-GRITWELL_AVX512 inline Halves widen(__m512 v) {
-    return {_mm512_cvtps_pd(_mm512_castps512_ps256(v)),
-            _mm512_cvtps_pd(_mm256_castpd_ps(_mm512_extractf64x4_pd(_mm512_castps_pd(v), 1)))};
-}
-
-GRITWELL_AVX512 inline __m512 narrow(const Halves& h) {
-    return _mm512_castpd_ps(_mm512_insertf64x4(_mm512_castps_pd(_mm512_castps256_ps512(_mm512_cvtpd_ps(h.low))),
-                                               _mm256_castps_pd(_mm512_cvtpd_ps(h.high)), 1));
-}
-
 // cellCentre, lane by lane.
 GRITWELL_AVX512 inline __m512 centreLanes(__m512 v) {
     const __m512i cell = cellIndex(v);
@@ -158,7 +145,7 @@ GRITWELL_AVX512 inline __m512 cellNoiseLanes(__m512 x, __m512 y, __m512 z) {
 
 // place(t, jitter, r), lane by lane.
 GRITWELL_AVX512 inline __m512 placeLanes(__m512 t, __m512d jitter, __m512 r) {
-    const Halves th = widen(t), rh = widen(r);
+    const DoubleLanes th = widen(t), rh = widen(r);
     const __m512d half = _mm512_set1_pd(0.5);
     return narrow({_mm512_add_pd(th.low, _mm512_mul_pd(jitter, _mm512_sub_pd(rh.low, half))),
                    _mm512_add_pd(th.high, _mm512_mul_pd(jitter, _mm512_sub_pd(rh.high, half)))});
@@ -193,7 +180,7 @@ GRITWELL_AVX512 void nearest16(const float* xs, const float* ys, const float* zs
             }
         }
     }
-    const Halves squared = widen(d1);
+    const DoubleLanes squared = widen(d1);
     _mm512_storeu_ps(f1, narrow({_mm512_sqrt_pd(squared.low), _mm512_sqrt_pd(squared.high)}));
     _mm512_storeu_ps(nx, bx);
     _mm512_storeu_ps(ny, by);
@@ -227,7 +214,7 @@ GRITWELL_AVX512 void twoNearest16(const float* xs, const float* ys, float jitter
             by = _mm512_mask_blend_ps(first, by, qy);
         }
     }
-    const Halves s1 = widen(d1), s2 = widen(d2);
+    const DoubleLanes s1 = widen(d1), s2 = widen(d2);
     _mm512_storeu_ps(f1, narrow({_mm512_sqrt_pd(s1.low), _mm512_sqrt_pd(s1.high)}));
     _mm512_storeu_ps(f2, narrow({_mm512_sqrt_pd(s2.low), _mm512_sqrt_pd(s2.high)}));
     _mm512_storeu_ps(nx, bx);

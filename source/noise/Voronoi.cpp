@@ -12,6 +12,7 @@
 
 #include "core/ByteTableLanes.h"
 #include "core/DistanceMetrics.h"
+#include "core/DoubleLanes.h"
 #include "core/FloatToInt.h"
 #include "core/FloatToIntLanes.h"
 #include "core/SimdLevel.h"
@@ -265,21 +266,16 @@ constexpr CoordColumns kCoordColumns = makeCoordColumns();
 
 GRITWELL_AVX512 inline __m512i floorLanes(__m512 v) {
     const __m512d two = _mm512_set1_pd(2.0), half = _mm512_set1_pd(0.5);
-    const __m512d low = _mm512_cvtps_pd(_mm512_castps512_ps256(v));
-    const __m512d high = _mm512_cvtps_pd(_mm256_castpd_ps(_mm512_extractf64x4_pd(_mm512_castps_pd(v), 1)));
-    const __m256i lowCell = _mm256_srai_epi32(roundToInt(_mm512_sub_pd(_mm512_mul_pd(two, low), half)), 1);
-    const __m256i highCell = _mm256_srai_epi32(roundToInt(_mm512_sub_pd(_mm512_mul_pd(two, high), half)), 1);
+    const DoubleLanes d = widen(v);
+    const __m256i lowCell = _mm256_srai_epi32(roundToInt(_mm512_sub_pd(_mm512_mul_pd(two, d.low), half)), 1);
+    const __m256i highCell = _mm256_srai_epi32(roundToInt(_mm512_sub_pd(_mm512_mul_pd(two, d.high), half)), 1);
     return _mm512_inserti64x4(_mm512_castsi256_si512(lowCell), highCell, 1);
 }
 
 GRITWELL_AVX512 inline __m512 scaledLanes(__m512 v) {
     const __m512d root2 = _mm512_set1_pd(kRoot2), root3 = _mm512_set1_pd(kRoot3);
-    const __m512d low = _mm512_cvtps_pd(_mm512_castps512_ps256(v));
-    const __m512d high = _mm512_cvtps_pd(_mm256_castpd_ps(_mm512_extractf64x4_pd(_mm512_castps_pd(v), 1)));
-    const __m256 lowScaled = _mm512_cvtpd_ps(_mm512_div_pd(_mm512_mul_pd(low, root2), root3));
-    const __m256 highScaled = _mm512_cvtpd_ps(_mm512_div_pd(_mm512_mul_pd(high, root2), root3));
-    return _mm512_castpd_ps(
-        _mm512_insertf64x4(_mm512_castps_pd(_mm512_castps256_ps512(lowScaled)), _mm256_castps_pd(highScaled), 1));
+    const DoubleLanes d = widen(v);
+    return narrow({_mm512_div_pd(_mm512_mul_pd(d.low, root2), root3), _mm512_div_pd(_mm512_mul_pd(d.high, root2), root3)});
 }
 
 GRITWELL_AVX512 void get16(const float* xs, const float* ys, const float* zs, Voronoi::VoronoiType t, bool root,
