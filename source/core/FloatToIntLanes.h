@@ -11,7 +11,15 @@
 #if defined(__x86_64__)
 #include <immintrin.h>
 
+#include "core/FloatToInt.h"
+
 namespace gritwell {
+
+// One float through the scalar form of the same instruction (cvttss2si):
+// cellIndex(v), without the trip through double.
+inline int cellIndexSse(float v) {
+    return wrapAdd(_mm_cvtt_ss2si(_mm_set_ss(v)), v < 0.0f ? -1 : 0);
+}
 
 inline __m128i cellIndex(__m128 v) {
     const __m128 negative = _mm_cmplt_ps(v, _mm_setzero_ps());

@@ -10,8 +10,8 @@
 #include <utility>
 
 #include "core/FloatToInt.h"
-#include "core/FloatToIntLanes.h"
 #include "noise/PerlinPermutation.h"
+#include "noise/PerlinPoint.h"
 #include "noise/Ramps.h"
 
 namespace gritwell {
@@ -55,7 +55,6 @@ constexpr const std::uint8_t* perm = kTableBlock.data() + 256;
 // Output scales of Stefan Gustavson's classic noise, per dimension.
 constexpr float kNoiseScale1 = 0.188f;
 constexpr float kNoiseScale2 = 0.507f;
-constexpr float kNoiseScale3 = 0.936f;
 constexpr float kNoiseScale4 = 0.87f;
 
 // Skew and unskew factors of Stefan Gustavson's simplex noise, as his
@@ -411,72 +410,8 @@ float Perlin::noise(float x, float y) {
                                interp(u, grad(perm[a + 1], ax.f, y1), grad(perm[b + 1], x1, y1)));
 }
 
-namespace {
-
-// Four gradients at once, lane by lane what grad(h, x, y, z) computes: u is
-// x for h & 8 clear, else y; v is y for h < 4, x for h 12 and 14, else z;
-// each negated by bits 0 and 1.
-__m128 grad4(__m128i hash, __m128 x, __m128 y, __m128 z) {
-    const __m128i h = _mm_and_si128(hash, _mm_set1_epi32(15));
-    auto select = [](__m128i mask, __m128 a, __m128 b) {
-        const __m128 m = _mm_castsi128_ps(mask);
-        return _mm_or_ps(_mm_and_ps(m, a), _mm_andnot_ps(m, b));
-    };
-    const __m128i useY = _mm_cmpeq_epi32(_mm_and_si128(h, _mm_set1_epi32(8)), _mm_set1_epi32(8));
-    const __m128i below4 = _mm_cmplt_epi32(h, _mm_set1_epi32(4));
-    const __m128i is12or14 = _mm_cmpeq_epi32(_mm_and_si128(h, _mm_set1_epi32(13)), _mm_set1_epi32(12));
-    const __m128 u = select(useY, y, x);
-    const __m128 v = select(below4, y, select(is12or14, x, z));
-    const __m128i signU = _mm_slli_epi32(h, 31);
-    const __m128i signV = _mm_slli_epi32(_mm_and_si128(h, _mm_set1_epi32(2)), 30);
-    return _mm_add_ps(_mm_xor_ps(u, _mm_castsi128_ps(signU)), _mm_xor_ps(v, _mm_castsi128_ps(signV)));
-}
-
-}  // namespace
-
-// The cell of all three axes in one register, and the eight corner
-// gradients four at a time: near corners (z0) in one register, far ones in
-// another, x varying fastest. The interpolations then run along x for all
-// four (y, z) pairs at once, along y for both z, and last along z.
-float Perlin::noise(float x, float y, float z) {
-    const __m128 p = _mm_setr_ps(x, y, z, 0.0f);
-    const __m128i cell = cellIndex(p);
-    const __m128 f = _mm_sub_ps(p, _mm_cvtepi32_ps(cell));
-    alignas(16) std::int32_t index[4];
-    alignas(16) float offset[4];
-    _mm_store_si128(reinterpret_cast<__m128i*>(index), _mm_and_si128(cell, _mm_set1_epi32(255)));
-    _mm_store_ps(offset, f);
-    const float x0 = offset[0], y0 = offset[1], z0 = offset[2];
-    const float x1 = x0 - 1.0f, y1 = y0 - 1.0f, z1 = z0 - 1.0f;
-    const int a = perm[index[0]] + index[1];
-    const int b = perm[index[0] + 1] + index[1];
-    const int aa = perm[a] + index[2];
-    const int ab = perm[a + 1] + index[2];
-    const int ba = perm[b] + index[2];
-    const int bb = perm[b + 1] + index[2];
-    const __m128 cx = _mm_setr_ps(x0, x1, x0, x1);
-    const __m128 cy = _mm_setr_ps(y0, y0, y1, y1);
-    const __m128 gNear = grad4(_mm_setr_epi32(perm[aa], perm[ba], perm[ab], perm[bb]), cx, cy, _mm_set1_ps(z0));
-    const __m128 gFar =
-        grad4(_mm_setr_epi32(perm[aa + 1], perm[ba + 1], perm[ab + 1], perm[bb + 1]), cx, cy, _mm_set1_ps(z1));
-    // fade(t) = t t t (t (6 t - 15) + 10) on x0, y0, z0 at once.
-    const __m128 t3 = _mm_mul_ps(_mm_mul_ps(f, f), f);
-    const __m128 inner = _mm_sub_ps(_mm_mul_ps(f, _mm_set1_ps(6.0f)), _mm_set1_ps(15.0f));
-    const __m128 faded = _mm_mul_ps(t3, _mm_add_ps(_mm_mul_ps(f, inner), _mm_set1_ps(10.0f)));
-    auto lerp = [](__m128 t, __m128 lo, __m128 hi) { return _mm_add_ps(lo, _mm_mul_ps(t, _mm_sub_ps(hi, lo))); };
-    // Along x: (y0 z0, y1 z0, y0 z1, y1 z1).
-    const __m128 alongX = lerp(_mm_shuffle_ps(faded, faded, _MM_SHUFFLE(0, 0, 0, 0)),
-                               _mm_shuffle_ps(gNear, gFar, _MM_SHUFFLE(2, 0, 2, 0)),
-                               _mm_shuffle_ps(gNear, gFar, _MM_SHUFFLE(3, 1, 3, 1)));
-    // Along y: (z0, z1) in the low two lanes.
-    const __m128 alongY = lerp(_mm_shuffle_ps(faded, faded, _MM_SHUFFLE(1, 1, 1, 1)),
-                               _mm_shuffle_ps(alongX, alongX, _MM_SHUFFLE(2, 0, 2, 0)),
-                               _mm_shuffle_ps(alongX, alongX, _MM_SHUFFLE(3, 1, 3, 1)));
-    alignas(16) float nearFar[4], w[4];
-    _mm_store_ps(nearFar, alongY);
-    _mm_store_ps(w, faded);
-    return kNoiseScale3 * interp(w[2], nearFar[0], nearFar[1]);
-}
+// The kernels for each instruction set live in PerlinPoint.
+float Perlin::noise(float x, float y, float z) { return PerlinPoint::noise(x, y, z); }
 
 float Perlin::noise(float x, float y, float z, float w) {
     const LatticeAxis ax(x), ay(y), az(z), aw(w);
