@@ -1,6 +1,13 @@
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <random>
+
 #include <gtest/gtest.h>
 
 #include "PointCases.h"
+#include "core/FloatToInt.h"
+#include "core/Rounding.h"
 #include "textures/SpiralTexture3D.h"
 
 using namespace gritwell;
@@ -59,4 +66,108 @@ TEST(Spiral, WidthExtremes) {
     expectValues(t, {{0.0f, 0.0f, 0.0f, 0.0f}, {-2.0f, 0.0f, 0.0f, 0.0f}, {0.001f, 0.0f, 0.0f, 1.0f}});
     t.setStripeWidth(1.0f);  // every point on a line
     expectValues(t, {{0.5f, 0.0f, 0.0f, 0.0f}, {-0.5f, 0.0f, 0.0f, 0.0f}, {0.37f, 0.0f, 0.0f, 0.0f}});
+}
+
+namespace {
+
+// The twist as written down, through the C library's float trigonometry:
+// what every point must match, whichever way the generator reaches it.
+float twistedReference(float width, float rate, float x, float y, float z) {
+    float radius, theta;
+    cartesianToPolar(x, z, radius, theta);
+    theta = theta + rate * y;
+    polarToCartesian(radius, theta, x, z);
+    const int f = cellIndex(x);
+    const float d1 = x - static_cast<float>(f);
+    const float d2 = static_cast<float>(wrapAdd(f, 1)) - x;
+    const float w = width / 2.0f;
+    return (w * w >= d1 * d1 || w * w >= d2 * d2) ? 0.0f : 1.0f;
+}
+
+// Units in the last place between a float result and the double one.
+double ulpsApart(float got, double exact) {
+    const float nearest = static_cast<float>(exact);
+    const double ulp = std::nextafter(std::fabs(nearest), INFINITY) - std::fabs(nearest);
+    return std::fabs(static_cast<double>(got) - exact) / ulp;
+}
+
+}  // namespace
+
+// The twisted x is decided without the C library wherever its error bound
+// leaves no doubt; these points include many whose twisted x lands within a
+// few float steps of a line's edge, where only the library can decide.
+TEST(Spiral, EveryPointMatchesTheTwistThroughTheCLibrary) {
+    std::mt19937 rng(77);
+    std::uniform_real_distribution<float> unit(0.0f, 1.0f);
+    struct Setting {
+        float width, rate;
+    };
+    const Setting settings[] = {{0.25f, 0.2f}, {0.0f, 1.0f}, {0.9f, -3.0f}, {1.0f, 0.2f}, {2.5f, 0.5f},
+                                {0.5f, 0.0f}, {0.1f, 37.0f}, {0.3f, 1e-4f}, {0.25f, 5000.0f}};
+    int checked = 0;
+    for (const Setting k : settings) {
+        SpiralTexture3D::Record r;
+        r.stripeWidth = k.width;
+        r.spiralRate = k.rate;
+        const float w = k.width / 2.0f;
+        for (int i = 0; i < 60000; ++i) {
+            float x, y, z;
+            if (i % 2 == 0) {
+                const float span = (i % 6 == 0) ? 1000.0f : 8.0f;
+                x = (2.0f * unit(rng) - 1.0f) * span;
+                y = (2.0f * unit(rng) - 1.0f) * span;
+                z = (2.0f * unit(rng) - 1.0f) * span;
+            } else {
+                // Aim the twisted x at an edge: n + w or n + 1 - w, off by a few float steps.
+                const double n = std::floor((2.0 * unit(rng) - 1.0) * 20.0);
+                const double edge = (i % 4 == 1) ? n + w : n + 1.0 - w;
+                const double target = edge + std::ldexp(2.0 * unit(rng) - 1.0, -20) * (1.0 + std::fabs(edge));
+                const double radius = std::fabs(target) + 0.01 + 30.0 * unit(rng);
+                const double turned = std::acos(target / radius) * (unit(rng) < 0.5f ? -1.0 : 1.0);
+                y = (2.0f * unit(rng) - 1.0f) * 40.0f;
+                const double theta = turned - static_cast<double>(k.rate * y);
+                x = static_cast<float>(radius * std::cos(theta));
+                z = static_cast<float>(radius * std::sin(theta));
+            }
+            const float got = SpiralTexture3D::evaluate(r, 2, x, y, z);
+            const float expected = twistedReference(k.width, k.rate, x, y, z);
+            ASSERT_EQ(got, expected) << "width " << k.width << ", rate " << k.rate << ", point (" << x << ", " << y
+                                     << ", " << z << ")";
+            ++checked;
+        }
+    }
+    EXPECT_EQ(checked, 540000);
+}
+
+TEST(Spiral, ExtremePointsMatchTheTwistThroughTheCLibrary) {
+    SpiralTexture3D::Record r;
+    const float inf = INFINITY, nan = NAN;
+    const float values[] = {0.0f, -0.0f, 1e-30f, -1e-45f, 0x1p-60f, 3.0f, -3.0f, 0.125f, 1e10f, -3e38f, inf, -inf, nan};
+    for (float rate : {0.2f, 0x1p20f, 3e6f, nan})
+        for (float x : values)
+            for (float y : values)
+                for (float z : values) {
+                    r.spiralRate = rate;
+                    EXPECT_EQ(std::bit_cast<std::uint32_t>(SpiralTexture3D::evaluate(r, 2, x, y, z)),
+                              std::bit_cast<std::uint32_t>(twistedReference(r.stripeWidth, rate, x, y, z)))
+                        << rate << " (" << x << ", " << y << ", " << z << ")";
+                }
+}
+
+// The shortcut assumes the C library's atan2f and cosf within 4 units in the
+// last place; its documentation promises less. Checked here, on this
+// platform's library, over the angles the shortcut takes.
+TEST(Spiral, TheCLibraryStaysWithinTheErrorTheShortcutAllows) {
+    std::mt19937 rng(5);
+    std::uniform_real_distribution<float> coord(-100.0f, 100.0f);
+    std::uniform_real_distribution<float> angle(-1048580.0f, 1048580.0f);
+    double worstAtan = 0.0, worstCos = 0.0;
+    for (int i = 0; i < 200000; ++i) {
+        const float x = coord(rng), z = coord(rng);
+        worstAtan = std::max(worstAtan, ulpsApart(std::atan2(z, x), std::atan2(static_cast<double>(z), x)));
+        const float a = (i % 2) ? angle(rng) : coord(rng) * 0.05f;
+        worstCos = std::max(worstCos, ulpsApart(std::cos(a), std::cos(static_cast<double>(a))));
+    }
+    EXPECT_LE(worstAtan, 2.0);
+    EXPECT_LE(worstCos, 2.0);
 }
