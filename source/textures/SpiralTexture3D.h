@@ -29,6 +29,7 @@ public:
 
     // 0 on a line, 1 between the lines.
     static float evaluate(const Record& r, int flags, float x, float y, float z);
+    static void evaluateBlock(const Record& r, int flags, const float* points, int n, float* out);
 
     float getStripeWidth() const { return record_.stripeWidth; }
     void setStripeWidth(float w) { record_.stripeWidth = w; }
@@ -37,6 +38,9 @@ public:
 
 private:
     friend class RecordTexture3D<SpiralTexture3D>;
+    // The solid mode's batch over coordinate arrays, on AVX2.
+    static void twistBlock(const Record& r, int flags, const float* x, const float* y, const float* z, int n,
+                           float* out);
     Record record_;
 };
 
