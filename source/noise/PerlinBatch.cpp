@@ -16,6 +16,7 @@
 #include "core/ByteTableLanes.h"
 #include "core/FloatToIntLanes.h"
 #include "noise/Perlin.h"
+#include "noise/PerlinGradientLanes.h"
 #include "noise/PerlinPermutation.h"
 
 namespace gritwell {
@@ -64,18 +65,9 @@ GRITWELL_AVX2 inline __m256 interp(__m256 t, __m256 a, __m256 b) {
     return _mm256_add_ps(a, _mm256_mul_ps(t, _mm256_sub_ps(b, a)));
 }
 
-// Perlin::grad(h, x, y, z): u = x for h & 8 clear, else y; v = y for h < 4,
-// x for h 12 and 14, else z; each negated by bits 0 and 1.
+// Perlin::grad(h, x, y, z) on the low four bits of each hash.
 GRITWELL_AVX2 inline __m256 grad(__m256i hash, __m256 x, __m256 y, __m256 z) {
-    const __m256i h = _mm256_and_si256(hash, _mm256_set1_epi32(15));
-    const __m256 u = _mm256_blendv_ps(x, y, _mm256_castsi256_ps(_mm256_slli_epi32(h, 28)));
-    const __m256i below4 = _mm256_cmpgt_epi32(_mm256_set1_epi32(4), h);
-    const __m256i is12or14 = _mm256_cmpeq_epi32(_mm256_and_si256(h, _mm256_set1_epi32(13)), _mm256_set1_epi32(12));
-    __m256 v = _mm256_blendv_ps(z, x, _mm256_castsi256_ps(is12or14));
-    v = _mm256_blendv_ps(v, y, _mm256_castsi256_ps(below4));
-    const __m256i signU = _mm256_slli_epi32(h, 31);
-    const __m256i signV = _mm256_slli_epi32(_mm256_and_si256(h, _mm256_set1_epi32(2)), 30);
-    return _mm256_add_ps(_mm256_xor_ps(u, _mm256_castsi256_ps(signU)), _mm256_xor_ps(v, _mm256_castsi256_ps(signV)));
+    return gradientLanes(_mm256_and_si256(hash, _mm256_set1_epi32(15)), x, y, z);
 }
 
 // perm[index] and perm[index + 1], lane by lane.

@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "core/FloatToIntLanes.h"
+#include "noise/PerlinGradientLanes.h"
 #include "noise/PerlinPermutation.h"
 
 namespace gritwell {
@@ -137,18 +138,6 @@ float noiseSse2(float x, float y, float z) {
 
 #define GRITWELL_AVX2 __attribute__((target("avx2")))
 
-// grad4 over eight lanes; the blend reads the sign bit, so h << 28 chooses u.
-GRITWELL_AVX2 inline __m256 grad8(__m256i h, __m256 x, __m256 y, __m256 z) {
-    const __m256 u = _mm256_blendv_ps(x, y, _mm256_castsi256_ps(_mm256_slli_epi32(h, 28)));
-    const __m256i below4 = _mm256_cmpgt_epi32(_mm256_set1_epi32(4), h);
-    const __m256i is12or14 = _mm256_cmpeq_epi32(_mm256_and_si256(h, _mm256_set1_epi32(13)), _mm256_set1_epi32(12));
-    __m256 v = _mm256_blendv_ps(z, x, _mm256_castsi256_ps(is12or14));
-    v = _mm256_blendv_ps(v, y, _mm256_castsi256_ps(below4));
-    const __m256i signU = _mm256_slli_epi32(h, 31);
-    const __m256i signV = _mm256_slli_epi32(_mm256_and_si256(h, _mm256_set1_epi32(2)), 30);
-    return _mm256_add_ps(_mm256_xor_ps(u, _mm256_castsi256_ps(signU)), _mm256_xor_ps(v, _mm256_castsi256_ps(signV)));
-}
-
 GRITWELL_AVX2 float noiseAvx2(float x, float y, float z) {
     const std::uint64_t hashes = cornerHashes(x, y, z);
     const __m128i words = _mm_cvtepu16_epi32(_mm_cvtsi64_si128(static_cast<long long>(hashes)));
@@ -162,7 +151,7 @@ GRITWELL_AVX2 float noiseAvx2(float x, float y, float z) {
     const __m256 cx = _mm256_permutevar8x32_ps(offsets, _mm256_setr_epi32(0, 4, 0, 4, 0, 4, 0, 4));
     const __m256 cy = _mm256_permutevar8x32_ps(offsets, _mm256_setr_epi32(1, 1, 5, 5, 1, 1, 5, 5));
     const __m256 cz = _mm256_permutevar8x32_ps(offsets, _mm256_setr_epi32(2, 2, 2, 2, 6, 6, 6, 6));
-    const __m256 g = grad8(h, cx, cy, cz);
+    const __m256 g = gradientLanes(h, cx, cy, cz);
     // Even corners (x0) to the low half, odd ones (x1) to the high half.
     const __m256 byX = _mm256_permutevar8x32_ps(g, _mm256_setr_epi32(0, 2, 4, 6, 1, 3, 5, 7));
 
