@@ -15,14 +15,11 @@
 
 namespace gritwell {
 
-// One value through the scalar form of the same instruction (cvttss2si,
-// cvttsd2si): cellIndex(v), without range tests, and without a branch on
-// the sign, which is as random as the points.
+// One float through the scalar form of the same instruction (cvttss2si):
+// cellIndex(v), without range tests, and without a branch on the sign,
+// which is as random as the points.
 inline int cellIndexSse(float v) {
     return wrapAdd(_mm_cvtt_ss2si(_mm_set_ss(v)), v < 0.0f ? -1 : 0);
-}
-inline int cellIndexSse(double v) {
-    return wrapAdd(_mm_cvttsd_si32(_mm_set_sd(v)), v < 0.0 ? -1 : 0);
 }
 
 inline __m128i cellIndex(__m128 v) {

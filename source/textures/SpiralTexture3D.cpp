@@ -215,41 +215,50 @@ GRITWELL_AVX2 int twistedValues4(const float* xs, const float* ys, const float* 
     return _mm_movemask_ps(_mm_and_ps(_mm_and_ps(sized, oneCell), decided)) & _mm256_movemask_pd(inRange);
 }
 
+// The twist as stored values were made: through the C library's atan2f,
+// cosf and sinf.
+float twistedByLibrary(float rate, float w, float x, float y, float z) {
+    // Turn (x, z) about the y axis by rate radians per unit of y.
+    float radius, theta;
+    cartesianToPolar(x, z, radius, theta);
+    theta = theta + rate * y;
+    polarToCartesian(radius, theta, x, z);
+    return onLine(x, w) ? 0.0f : 1.0f;
+}
+
+float twisted(float rate, float w, float x, float y, float z) {
+    const int certain = twistedValue(x, y, z, rate, w);
+    if (certain >= 0) return static_cast<float>(certain);
+    return twistedByLibrary(rate, w, x, y, z);
+}
+
+// Four points at a time; a lane the estimate leaves uncertain goes through
+// the library, and the last few points one by one.
+GRITWELL_AVX2 void twistBlock(float rate, float w, const float* x, const float* y, const float* z, int n,
+                              float* out) {
+    int i = 0;
+    for (; i + 4 <= n; i += 4) {
+        const int certain = twistedValues4(x + i, y + i, z + i, rate, w, out + i);
+        if (certain == 15) continue;
+        for (int k = 0; k < 4; ++k)
+            if (!(certain & (1 << k))) out[i + k] = twistedByLibrary(rate, w, x[i + k], y[i + k], z[i + k]);
+    }
+    for (; i < n; ++i) out[i] = twisted(rate, w, x[i], y[i], z[i]);
+}
+
 }  // namespace
 
 float SpiralTexture3D::evaluate(const Record& r, int flags, float x, float y, float z) {
     const float w = r.stripeWidth / 2.0f;
     if (isPlanar(flags)) return onLine(y * r.spiralRate + x, w) ? 0.0f : 1.0f;
-
-    const int certain = twistedValue(x, y, z, r.spiralRate, w);
-    if (certain >= 0) return static_cast<float>(certain);
-    // Twist: turn (x, z) about the y axis by spiralRate radians per unit of y.
-    float radius, theta;
-    cartesianToPolar(x, z, radius, theta);
-    theta = theta + r.spiralRate * y;
-    polarToCartesian(radius, theta, x, z);
-    return onLine(x, w) ? 0.0f : 1.0f;
+    return twisted(r.spiralRate, w, x, y, z);
 }
 
-// Four points at a time where the processor has AVX2; a lane the estimate
-// leaves uncertain, and the last few points, go through evaluate.
-GRITWELL_AVX2 void SpiralTexture3D::twistBlock(const Record& r, int flags, const float* x, const float* y,
-                                               const float* z, int n, float* out) {
-    const float w = r.stripeWidth / 2.0f;
-    int i = 0;
-    for (; i + 4 <= n; i += 4) {
-        const int certain = twistedValues4(x + i, y + i, z + i, r.spiralRate, w, out + i);
-        if (certain == 15) continue;
-        for (int k = 0; k < 4; ++k)
-            if (!(certain & (1 << k))) out[i + k] = evaluate(r, flags, x[i + k], y[i + k], z[i + k]);
-    }
-    for (; i < n; ++i) out[i] = evaluate(r, flags, x[i], y[i], z[i]);
-}
-
+// The solid mode runs four points at a time where the processor has AVX2.
 void SpiralTexture3D::evaluateBlock(const Record& r, int flags, const float* points, int n, float* out) {
     if (isPlanar(flags) || simdLevel() < SimdLevel::kAvx2) return evaluateEach(r, flags, points, n, out);
     const PointBlock p(points, n, 1.0f);
-    twistBlock(r, flags, p.x, p.y, p.z, n, out);
+    twistBlock(r.spiralRate, r.stripeWidth / 2.0f, p.x, p.y, p.z, n, out);
 }
 
 template class RecordTexture3D<SpiralTexture3D>;

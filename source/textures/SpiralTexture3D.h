@@ -38,9 +38,6 @@ public:
 
 private:
     friend class RecordTexture3D<SpiralTexture3D>;
-    // The solid mode's batch over coordinate arrays, on AVX2.
-    static void twistBlock(const Record& r, int flags, const float* x, const float* y, const float* z, int n,
-                           float* out);
     Record record_;
 };
 
