@@ -139,21 +139,21 @@ float noiseSse2(float x, float y, float z) {
 #define GRITWELL_AVX2 __attribute__((target("avx2")))
 
 GRITWELL_AVX2 float noiseAvx2(float x, float y, float z) {
-    const std::uint64_t hashes = cornerHashes(x, y, z);
-    const __m128i words = _mm_cvtepu16_epi32(_mm_cvtsi64_si128(static_cast<long long>(hashes)));
-    // Lanes 0-3 the near corners, 4-7 the far ones: corner c in lane c.
-    const __m256i h = _mm256_inserti128_si256(_mm256_castsi128_si256(_mm_and_si128(words, _mm_set1_epi32(15))),
-                                              _mm_srli_epi32(words, 8), 1);
+    // One byte per corner, widened straight to lanes: lane 2k holds word k's
+    // near corner and lane 2k + 1 its far one, so lane L is the corner
+    // x = L >> 1 & 1, y = L >> 2, z = L & 1.
+    const __m256i h = _mm256_cvtepu8_epi32(_mm_cvtsi64_si128(static_cast<long long>(cornerHashes(x, y, z))));
 
     const __m128 f0 = cellOffsets(_mm_setr_ps(x, y, z, 0.0f));
     const __m128 f1 = _mm_sub_ps(f0, _mm_set1_ps(1.0f));
     const __m256 offsets = _mm256_insertf128_ps(_mm256_castps128_ps256(f0), f1, 1);  // x0 y0 z0 . x1 y1 z1 .
-    const __m256 cx = _mm256_permutevar8x32_ps(offsets, _mm256_setr_epi32(0, 4, 0, 4, 0, 4, 0, 4));
-    const __m256 cy = _mm256_permutevar8x32_ps(offsets, _mm256_setr_epi32(1, 1, 5, 5, 1, 1, 5, 5));
-    const __m256 cz = _mm256_permutevar8x32_ps(offsets, _mm256_setr_epi32(2, 2, 2, 2, 6, 6, 6, 6));
+    const __m256 cx = _mm256_permutevar8x32_ps(offsets, _mm256_setr_epi32(0, 0, 4, 4, 0, 0, 4, 4));
+    const __m256 cy = _mm256_permutevar8x32_ps(offsets, _mm256_setr_epi32(1, 1, 1, 1, 5, 5, 5, 5));
+    const __m256 cz = _mm256_permutevar8x32_ps(offsets, _mm256_setr_epi32(2, 6, 2, 6, 2, 6, 2, 6));
     const __m256 g = gradientLanes(h, cx, cy, cz);
-    // Even corners (x0) to the low half, odd ones (x1) to the high half.
-    const __m256 byX = _mm256_permutevar8x32_ps(g, _mm256_setr_epi32(0, 2, 4, 6, 1, 3, 5, 7));
+    // The x0 corners to the low half, the x1 ones to the high half, each in
+    // the order (y0 z0, y1 z0, y0 z1, y1 z1).
+    const __m256 byX = _mm256_permutevar8x32_ps(g, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7));
 
     const __m128 faded = fade4(f0);
     const __m128 alongX = interp4(_mm_shuffle_ps(faded, faded, _MM_SHUFFLE(0, 0, 0, 0)),
