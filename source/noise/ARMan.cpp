@@ -110,12 +110,12 @@ void voronoi_f1f2_3d(const float* P, float jitter, float& f1, float* pos1, float
     best.write(f1, pos1, f2, pos2);
 }
 
-// ---- The searches, sixteen points at a time ---------------------------------
+// ---- The searches, sixteen or eight points at a time -------------------------
 //
 // voronoi_f1f2_2d's and voronoi_f1f2_3d's searches, one lane per point, with
 // the same operations in the same order: the cell hash on 32-bit lanes, the
-// double-precision centre and placement in two halves of eight, and the
-// strict comparison that lets the earlier of equal candidates stay ahead.
+// double-precision centre and placement in two halves, and the strict
+// comparison that lets the earlier of equal candidates stay ahead.
 
 namespace {
 
@@ -221,6 +221,113 @@ GRITWELL_AVX512 void twoNearest16(const float* xs, const float* ys, float jitter
     _mm512_storeu_ps(ny, by);
 }
 
+#define GRITWELL_AVX2 __attribute__((target("avx2")))
+
+GRITWELL_AVX2 inline __m256 centreLanes(__m256 v) {
+    const DoubleLanes8 cell = widen(cellIndex(v));
+    const __m256d half = _mm256_set1_pd(0.5);
+    return narrow({_mm256_add_pd(cell.low, half), _mm256_add_pd(cell.high, half)});
+}
+
+// An unsigned lane to the nearest float, as cvtepu32 would: both 16-bit
+// halves convert exactly, and their sum is rounded once.
+GRITWELL_AVX2 inline __m256 unsignedToFloat(__m256i h) {
+    const __m256 high = _mm256_cvtepi32_ps(_mm256_srli_epi32(h, 16));
+    const __m256 low = _mm256_cvtepi32_ps(_mm256_and_si256(h, _mm256_set1_epi32(0xffff)));
+    return _mm256_add_ps(_mm256_mul_ps(high, _mm256_set1_ps(65536.0f)), low);
+}
+
+GRITWELL_AVX2 inline __m256 cellNoiseLanes(__m256 x, __m256 y, __m256 z) {
+    __m256i n = _mm256_add_epi32(_mm256_add_epi32(_mm256_mullo_epi32(cellIndex(y), _mm256_set1_epi32(1301)),
+                                                  _mm256_mullo_epi32(cellIndex(z), _mm256_set1_epi32(314159))),
+                                 cellIndex(x));
+    n = _mm256_xor_si256(n, _mm256_slli_epi32(n, 13));
+    const __m256i inner = _mm256_add_epi32(_mm256_mullo_epi32(_mm256_mullo_epi32(n, n), _mm256_set1_epi32(15731)),
+                                           _mm256_set1_epi32(789221));
+    const __m256i h = _mm256_add_epi32(_mm256_mullo_epi32(n, inner), _mm256_set1_epi32(1376312589));
+    return _mm256_div_ps(unsignedToFloat(h), _mm256_set1_ps(4294967296.0f));
+}
+
+GRITWELL_AVX2 inline __m256 placeLanes(__m256 t, __m256d jitter, __m256 r) {
+    const DoubleLanes8 th = widen(t), rh = widen(r);
+    const __m256d half = _mm256_set1_pd(0.5);
+    return narrow({_mm256_add_pd(th.low, _mm256_mul_pd(jitter, _mm256_sub_pd(rh.low, half))),
+                   _mm256_add_pd(th.high, _mm256_mul_pd(jitter, _mm256_sub_pd(rh.high, half)))});
+}
+
+GRITWELL_AVX2 inline __m256 rootLanes(__m256 squared) {
+    const DoubleLanes8 d = widen(squared);
+    return narrow({_mm256_sqrt_pd(d.low), _mm256_sqrt_pd(d.high)});
+}
+
+GRITWELL_AVX2 void nearest8(const float* xs, const float* ys, const float* zs, float jitter, float* f1, float* nx,
+                            float* ny, float* nz) {
+    const __m256 px = _mm256_loadu_ps(xs), py = _mm256_loadu_ps(ys), pz = _mm256_loadu_ps(zs);
+    const __m256 cx = centreLanes(px), cy = centreLanes(py), cz = centreLanes(pz);
+    const __m256d jitterLanes = _mm256_set1_pd(static_cast<double>(jitter));
+    __m256 d1 = _mm256_set1_ps(kFarAway);
+    __m256 bx = _mm256_setzero_ps(), by = _mm256_setzero_ps(), bz = _mm256_setzero_ps();
+    for (int i = -1; i <= 1; ++i) {
+        const __m256 tx = _mm256_add_ps(cx, _mm256_set1_ps(static_cast<float>(i)));
+        for (int j = -1; j <= 1; ++j) {
+            const __m256 ty = _mm256_add_ps(cy, _mm256_set1_ps(static_cast<float>(j)));
+            for (int k = -1; k <= 1; ++k) {
+                const __m256 tz = _mm256_add_ps(cz, _mm256_set1_ps(static_cast<float>(k)));
+                const __m256 rx = cellNoiseLanes(tx, ty, tz);
+                const __m256 ry = cellNoiseLanes(ty, tz, tx);
+                const __m256 qx = placeLanes(tx, jitterLanes, rx);
+                const __m256 qy = placeLanes(ty, jitterLanes, ry);
+                const __m256 qz = placeLanes(tz, jitterLanes, ry);
+                const __m256 dx = _mm256_sub_ps(px, qx), dy = _mm256_sub_ps(py, qy), dz = _mm256_sub_ps(pz, qz);
+                const __m256 d =
+                    _mm256_add_ps(_mm256_add_ps(_mm256_mul_ps(dx, dx), _mm256_mul_ps(dy, dy)), _mm256_mul_ps(dz, dz));
+                const __m256 nearer = _mm256_cmp_ps(d, d1, _CMP_LT_OQ);
+                d1 = _mm256_blendv_ps(d1, d, nearer);
+                bx = _mm256_blendv_ps(bx, qx, nearer);
+                by = _mm256_blendv_ps(by, qy, nearer);
+                bz = _mm256_blendv_ps(bz, qz, nearer);
+            }
+        }
+    }
+    _mm256_storeu_ps(f1, rootLanes(d1));
+    _mm256_storeu_ps(nx, bx);
+    _mm256_storeu_ps(ny, by);
+    _mm256_storeu_ps(nz, bz);
+}
+
+GRITWELL_AVX2 void twoNearest8(const float* xs, const float* ys, float jitter, float* f1, float* f2, float* nx,
+                               float* ny) {
+    const __m256 px = _mm256_loadu_ps(xs), py = _mm256_loadu_ps(ys);
+    const __m256 cx = centreLanes(px), cy = centreLanes(py);
+    const __m256d jitterLanes = _mm256_set1_pd(static_cast<double>(jitter));
+    const __m256 zero = _mm256_setzero_ps();
+    __m256 d1 = _mm256_set1_ps(kFarAway), d2 = d1;
+    __m256 bx = zero, by = zero;
+    for (int i = -1; i <= 1; ++i) {
+        const __m256 tx = _mm256_add_ps(cx, _mm256_set1_ps(static_cast<float>(i)));
+        for (int j = -1; j <= 1; ++j) {
+            const __m256 ty = _mm256_add_ps(cy, _mm256_set1_ps(static_cast<float>(j)));
+            const __m256 rx = cellNoiseLanes(tx, ty, zero);
+            const __m256 ry = cellNoiseLanes(_mm256_add_ps(tx, _mm256_set1_ps(23.0f)),
+                                             _mm256_sub_ps(ty, _mm256_set1_ps(87.0f)), zero);
+            const __m256 qx = placeLanes(tx, jitterLanes, rx);
+            const __m256 qy = placeLanes(ty, jitterLanes, ry);
+            const __m256 dx = _mm256_sub_ps(px, qx), dy = _mm256_sub_ps(py, qy);
+            const __m256 d = _mm256_add_ps(_mm256_mul_ps(dx, dx), _mm256_mul_ps(dy, dy));
+            const __m256 first = _mm256_cmp_ps(d, d1, _CMP_LT_OQ);
+            const __m256 second = _mm256_andnot_ps(first, _mm256_cmp_ps(d, d2, _CMP_LT_OQ));
+            d2 = _mm256_blendv_ps(_mm256_blendv_ps(d2, d, second), d1, first);
+            d1 = _mm256_blendv_ps(d1, d, first);
+            bx = _mm256_blendv_ps(bx, qx, first);
+            by = _mm256_blendv_ps(by, qy, first);
+        }
+    }
+    _mm256_storeu_ps(f1, rootLanes(d1));
+    _mm256_storeu_ps(f2, rootLanes(d2));
+    _mm256_storeu_ps(nx, bx);
+    _mm256_storeu_ps(ny, by);
+}
+
 #endif  // __x86_64__
 
 }  // namespace
@@ -229,9 +336,13 @@ void voronoi_f1f2_2d(const float* x, const float* y, int n, float jitter, float*
                      float* nearestY) {
     int done = 0;
 #if defined(__x86_64__)
-    if (simdLevel() == SimdLevel::kAvx512)
+    const SimdLevel level = simdLevel();
+    if (level == SimdLevel::kAvx512)
         for (; done + 16 <= n; done += 16)
             twoNearest16(x + done, y + done, jitter, f1 + done, f2 + done, nearestX + done, nearestY + done);
+    if (level >= SimdLevel::kAvx2)
+        for (; done + 8 <= n; done += 8)
+            twoNearest8(x + done, y + done, jitter, f1 + done, f2 + done, nearestX + done, nearestY + done);
 #endif
     for (; done < n; ++done) {
         const float p[2] = {x[done], y[done]};
@@ -246,10 +357,15 @@ void voronoi_f1_3d(const float* x, const float* y, const float* z, int n, float 
                    float* nearestY, float* nearestZ) {
     int done = 0;
 #if defined(__x86_64__)
-    if (simdLevel() == SimdLevel::kAvx512)
+    const SimdLevel level = simdLevel();
+    if (level == SimdLevel::kAvx512)
         for (; done + 16 <= n; done += 16)
             nearest16(x + done, y + done, z + done, jitter, f1 + done, nearestX + done, nearestY + done,
                       nearestZ + done);
+    if (level >= SimdLevel::kAvx2)
+        for (; done + 8 <= n; done += 8)
+            nearest8(x + done, y + done, z + done, jitter, f1 + done, nearestX + done, nearestY + done,
+                     nearestZ + done);
 #endif
     for (; done < n; ++done) {
         const float p[3] = {x[done], y[done], z[done]};

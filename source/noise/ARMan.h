@@ -17,12 +17,13 @@ void voronoi_f1f2_2d(const float* P, float jitter, float& f1, float* pos1, float
 void voronoi_f1f2_3d(const float* P, float jitter, float& f1, float* pos1, float& f2, float* pos2);
 // The two nearest distances and the nearest feature for n points at once:
 // f1[i], f2[i] and nearest*[i] are what voronoi_f1f2_2d gives ({x[i], y[i]})
-// as f1, f2 and pos1, bit for bit; sixteen points at a time on AVX-512.
+// as f1, f2 and pos1, bit for bit; sixteen points at a time on AVX-512, eight
+// on AVX2.
 void voronoi_f1f2_2d(const float* x, const float* y, int n, float jitter, float* f1, float* f2, float* nearestX,
                      float* nearestY);
 // The nearest feature alone for n points at once: f1[i] and nearest*[i] are
 // what voronoi_f1f2_3d gives ({x[i], y[i], z[i]}) as f1 and pos1, bit for
-// bit; sixteen points at a time on processors with AVX-512.
+// bit; sixteen points at a time on processors with AVX-512, eight on AVX2.
 void voronoi_f1_3d(const float* x, const float* y, const float* z, int n, float jitter, float* f1, float* nearestX,
                    float* nearestY, float* nearestZ);
 
