@@ -40,7 +40,7 @@ __attribute__((target("avx512f"))) inline __m512i cellIndex(__m512 v) {
 
 // roundToInt lane by lane: cvtpd2dq rounds to nearest even and answers
 // INT_MIN for a NaN or a result outside the int range, as roundToInt does.
-__attribute__((target("avx512f"))) inline __m256i roundToInt(__m512d v) { return _mm512_cvtpd_epi32(v); }
+__attribute__((target("avx2"))) inline __m128i roundToInt(__m256d v) { return _mm256_cvtpd_epi32(v); }
 
 }  // namespace gritwell
 #endif

@@ -1,16 +1,8 @@
 #include "noise/Voronoi.h"
 
-// GCC 12's AVX-512 intrinsics start some results from a deliberately
-// undefined register and then warn that it is, or may be, used uninitialised.
-#if defined(__GNUC__) && !defined(__clang__)
-#pragma GCC diagnostic ignored "-Wuninitialized"
-#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
-#endif
-
 #include <algorithm>
 #include <cstddef>
 
-#include "core/ByteTableLanes.h"
 #include "core/DistanceMetrics.h"
 #include "core/DoubleLanes.h"
 #include "core/FloatToInt.h"
@@ -231,97 +223,192 @@ float Voronoi::Get(float x, float y, float z, VoronoiType t, DistanceMethod m) {
         [&](VoronoiType u) { return Get(x, y, z, u, m); });
 }
 
-// ---- Sixteen points at a time ----------------------------------------------
+// ---- Eight points at a time ------------------------------------------------
 //
 // The 3-D search and combination above, one lane per point, with the same
 // operations in the same order: the cell by the round-to-nearest floor in
-// double, the feature through the three index lookups (byte permutes over
-// the index table) and gathers of its offsets, the distance as
-// (x x + y y) + z z (and its square root for Length), and the insertion into
-// four ascending registers. F never holds a NaN, so the places a distance
-// beats are a suffix of the list and each register takes the one below it,
-// the distance, or stays, by the strict comparisons the scalar insert makes.
+// double, the feature rows through the index table, the offsets, the
+// distance by the record's metric, and the insertion into four ascending
+// registers. F never holds a NaN, so the places a distance beats are a
+// suffix of the list and each register takes the one below it, the
+// distance, or stays, by the strict comparisons the scalar insert makes.
+//
+// The three dependent index lookups per cell are the slow part of the
+// search. Gathers (and AVX-512 byte permutes, tried) left it at 54 ns a
+// point; the byte chain in general registers, shared across each point's
+// cells, with one 16-byte load per feature row, takes it to about 37. So
+// AVX-512 processors run this kernel too.
 
 namespace {
 
 #if defined(__x86_64__)
 
-#define GRITWELL_AVX512 __attribute__((target("avx512f,avx512bw,avx512vbmi")))
+#define GRITWELL_AVX2 __attribute__((target("avx2")))
 
-struct CoordColumns {
-    alignas(64) float x[256], y[256], z[256];
+// A feature offset row padded to 16 bytes, so one load fetches it.
+struct alignas(16) OffsetRow {
+    float x, y, z, unused;
 };
 
-constexpr CoordColumns makeCoordColumns() {
-    CoordColumns c{};
-    for (int row = 0; row < 256; ++row) {
-        c.x[row] = kTables.coords[static_cast<std::size_t>(row)][0];
-        c.y[row] = kTables.coords[static_cast<std::size_t>(row)][1];
-        c.z[row] = kTables.coords[static_cast<std::size_t>(row)][2];
+struct OffsetRows {
+    OffsetRow row[256];
+};
+
+constexpr OffsetRows makeOffsetRows() {
+    OffsetRows r{};
+    for (int i = 0; i < 256; ++i) {
+        const Voronoi::Row& c = kTables.coords[static_cast<std::size_t>(i)];
+        r.row[i] = {c[0], c[1], c[2], 0.0f};
     }
-    return c;
+    return r;
 }
 
-constexpr CoordColumns kCoordColumns = makeCoordColumns();
+constexpr OffsetRows kOffsetRows = makeOffsetRows();
 
-GRITWELL_AVX512 inline __m512i floorLanes(__m512 v) {
-    const __m512d two = _mm512_set1_pd(2.0), half = _mm512_set1_pd(0.5);
-    const DoubleLanes d = widen(v);
-    const __m256i lowCell = _mm256_srai_epi32(roundToInt(_mm512_sub_pd(_mm512_mul_pd(two, d.low), half)), 1);
-    const __m256i highCell = _mm256_srai_epi32(roundToInt(_mm512_sub_pd(_mm512_mul_pd(two, d.high), half)), 1);
-    return _mm512_inserti64x4(_mm512_castsi256_si512(lowCell), highCell, 1);
+// The feature rows of all 27 cells around each of eight points, in the
+// search's visiting order. Only the low byte of a cell coordinate reaches
+// the index table, so the chain runs on bytes; each point's k layer and
+// (j, k) column are looked up once and shared by the cells above them.
+void featureRows(const std::int32_t* cx, const std::int32_t* cy, const std::int32_t* cz,
+                 std::uint8_t (&rows)[27][8]) {
+    const auto& index = kTables.index;
+    auto low = [](std::int32_t v) { return static_cast<std::uint8_t>(static_cast<std::uint32_t>(v)); };
+    for (int p = 0; p < 8; ++p) {
+        const std::uint8_t x = low(cx[p]), y = low(cy[p]), z = low(cz[p]);
+        std::uint8_t a[3], b[3][3];
+        for (int dk = 0; dk < 3; ++dk) a[dk] = index[static_cast<std::uint8_t>(z + dk - 1)];
+        for (int dj = 0; dj < 3; ++dj)
+            for (int dk = 0; dk < 3; ++dk) b[dj][dk] = index[static_cast<std::uint8_t>(a[dk] + y + dj - 1)];
+        for (int di = 0; di < 3; ++di)
+            for (int dj = 0; dj < 3; ++dj)
+                for (int dk = 0; dk < 3; ++dk)
+                    rows[(di * 3 + dj) * 3 + dk][p] = index[static_cast<std::uint8_t>(b[dj][dk] + x + di - 1)];
+    }
 }
 
-GRITWELL_AVX512 inline __m512 scaledLanes(__m512 v) {
-    const __m512d root2 = _mm512_set1_pd(kRoot2), root3 = _mm512_set1_pd(kRoot3);
-    const DoubleLanes d = widen(v);
-    return narrow({_mm512_div_pd(_mm512_mul_pd(d.low, root2), root3), _mm512_div_pd(_mm512_mul_pd(d.high, root2), root3)});
+struct OffsetLanes {
+    __m256 x, y, z;
+};
+
+// Rows a and b of the offset table in the low and high halves.
+GRITWELL_AVX2 inline __m256 rowPair(std::uint8_t a, std::uint8_t b) {
+    return _mm256_insertf128_ps(_mm256_castps128_ps256(_mm_load_ps(&kOffsetRows.row[a].x)),
+                                _mm_load_ps(&kOffsetRows.row[b].x), 1);
 }
 
-GRITWELL_AVX512 void get16(const float* xs, const float* ys, const float* zs, Voronoi::VoronoiType t, bool root,
-                           float* out) {
-    const auto* index = kTables.index.data();
-    const ByteTableLanes indexOf(index);
-    const __m512 sx = _mm512_loadu_ps(xs), sy = _mm512_loadu_ps(ys), sz = _mm512_loadu_ps(zs);
-    const __m512i cx = floorLanes(sx), cy = floorLanes(sy), cz = floorLanes(sz);
-    __m512 F[4];
-    for (__m512& f : F) f = _mm512_set1_ps(kFarAway);
+// Eight rows of the offset table as x, y and z lanes: one 16-byte load per
+// row and a 4 x 4 transpose in each half.
+GRITWELL_AVX2 inline OffsetLanes offsetsOf(const std::uint8_t* rows) {
+    const __m256 t0 = rowPair(rows[0], rows[4]), t1 = rowPair(rows[1], rows[5]);
+    const __m256 t2 = rowPair(rows[2], rows[6]), t3 = rowPair(rows[3], rows[7]);
+    const __m256 xy01 = _mm256_unpacklo_ps(t0, t1), xy23 = _mm256_unpacklo_ps(t2, t3);
+    const __m256 z01 = _mm256_unpackhi_ps(t0, t1), z23 = _mm256_unpackhi_ps(t2, t3);
+    return {_mm256_shuffle_ps(xy01, xy23, _MM_SHUFFLE(1, 0, 1, 0)), _mm256_shuffle_ps(xy01, xy23, _MM_SHUFFLE(3, 2, 3, 2)),
+            _mm256_shuffle_ps(z01, z23, _MM_SHUFFLE(1, 0, 1, 0))};
+}
+
+// TheFloor over four doubles: round(2 d - 0.5) >> 1.
+GRITWELL_AVX2 inline __m128i floorQuad(__m256d d) {
+    const __m256d doubled = _mm256_sub_pd(_mm256_mul_pd(_mm256_set1_pd(2.0), d), _mm256_set1_pd(0.5));
+    return _mm_srai_epi32(roundToInt(doubled), 1);
+}
+
+// TheFloor of eight floats, each taken to double first.
+GRITWELL_AVX2 inline __m256i floorLanes(__m256 v) {
+    const DoubleLanes8 d = widen(v);
+    return _mm256_inserti128_si256(_mm256_castsi128_si256(floorQuad(d.low)), floorQuad(d.high), 1);
+}
+
+// scaled(v), lane by lane.
+GRITWELL_AVX2 inline __m256 scaledLanes(__m256 v) {
+    const __m256d root2 = _mm256_set1_pd(kRoot2), root3 = _mm256_set1_pd(kRoot3);
+    const DoubleLanes8 d = widen(v);
+    return narrow({_mm256_div_pd(_mm256_mul_pd(d.low, root2), root3), _mm256_div_pd(_mm256_mul_pd(d.high, root2), root3)});
+}
+
+GRITWELL_AVX2 inline __m256 absLanes(__m256 v) { return _mm256_andnot_ps(_mm256_set1_ps(-0.0f), v); }
+
+// std::max(a, b): a unless a < b, so a NaN in a stays.
+GRITWELL_AVX2 inline __m256 maxLanes(__m256 a, __m256 b) { return _mm256_max_ps(b, a); }
+
+// sqrt(a) + sqrt(b) + sqrt(c), left to right.
+GRITWELL_AVX2 inline __m256d rootSum(__m256d a, __m256d b, __m256d c) {
+    return _mm256_add_pd(_mm256_add_pd(_mm256_sqrt_pd(a), _mm256_sqrt_pd(b)), _mm256_sqrt_pd(c));
+}
+
+// measure(v, m) lane by lane, for every metric the vector search takes.
+GRITWELL_AVX2 inline __m256 measureLanes(Voronoi::DistanceMethod m, __m256 x, __m256 y, __m256 z) {
+    const __m256 squared = _mm256_add_ps(_mm256_add_ps(_mm256_mul_ps(x, x), _mm256_mul_ps(y, y)), _mm256_mul_ps(z, z));
+    switch (m) {
+        case Voronoi::LengthSquared:
+            return squared;
+        case Voronoi::Manhattan: {
+            const DoubleLanes8 ax = widen(absLanes(x)), ay = widen(absLanes(y)), az = widen(absLanes(z));
+            const __m256 sum = narrow({_mm256_add_pd(_mm256_add_pd(ax.low, ay.low), az.low),
+                                       _mm256_add_pd(_mm256_add_pd(ax.high, ay.high), az.high)});
+            return _mm256_mul_ps(sum, sum);
+        }
+        case Voronoi::Chebychev: {
+            const __m256 largest = maxLanes(maxLanes(absLanes(x), absLanes(y)), absLanes(z));
+            return _mm256_mul_ps(largest, largest);
+        }
+        case Voronoi::Quadratic:
+            return _mm256_add_ps(_mm256_add_ps(_mm256_add_ps(squared, _mm256_mul_ps(x, y)), _mm256_mul_ps(x, z)),
+                                 _mm256_mul_ps(y, z));
+        case Voronoi::Minkowski5: {
+            const DoubleLanes8 ax = widen(absLanes(x)), ay = widen(absLanes(y)), az = widen(absLanes(z));
+            const __m256 sum = narrow({rootSum(ax.low, ay.low, az.low), rootSum(ax.high, ay.high, az.high)});
+            return _mm256_mul_ps(sum, sum);
+        }
+        default:
+            return _mm256_sqrt_ps(squared);  // Length and every value outside the enumeration
+    }
+}
+
+GRITWELL_AVX2 void get8(const float* xs, const float* ys, const float* zs, Voronoi::VoronoiType t,
+                        Voronoi::DistanceMethod m, float* out) {
+    const __m256 sx = _mm256_loadu_ps(xs), sy = _mm256_loadu_ps(ys), sz = _mm256_loadu_ps(zs);
+    const __m256i cx = floorLanes(sx), cy = floorLanes(sy), cz = floorLanes(sz);
+    alignas(32) std::int32_t cells[3][8];
+    _mm256_store_si256(reinterpret_cast<__m256i*>(cells[0]), cx);
+    _mm256_store_si256(reinterpret_cast<__m256i*>(cells[1]), cy);
+    _mm256_store_si256(reinterpret_cast<__m256i*>(cells[2]), cz);
+    std::uint8_t rows[27][8];
+    featureRows(cells[0], cells[1], cells[2], rows);
+    __m256 F[4];
+    for (__m256& f : F) f = _mm256_set1_ps(kFarAway);
+    const std::uint8_t* cellRows = rows[0];
     for (int di = -1; di <= 1; ++di) {
-        const __m512i i = _mm512_add_epi32(cx, _mm512_set1_epi32(di));
-        const __m512 fi = _mm512_cvtepi32_ps(i);
+        const __m256 fi = _mm256_cvtepi32_ps(_mm256_add_epi32(cx, _mm256_set1_epi32(di)));
         for (int dj = -1; dj <= 1; ++dj) {
-            const __m512i j = _mm512_add_epi32(cy, _mm512_set1_epi32(dj));
-            const __m512 fj = _mm512_cvtepi32_ps(j);
-            for (int dk = -1; dk <= 1; ++dk) {
-                const __m512i k = _mm512_add_epi32(cz, _mm512_set1_epi32(dk));
-                const __m512i a = indexOf(k);
-                const __m512i b = indexOf(_mm512_add_epi32(a, j));
-                const __m512i row = indexOf(_mm512_add_epi32(b, i));
-                const __m512 qx = _mm512_add_ps(fi, _mm512_i32gather_ps(row, kCoordColumns.x, 4));
-                const __m512 qy = _mm512_add_ps(fj, _mm512_i32gather_ps(row, kCoordColumns.y, 4));
-                const __m512 qz = _mm512_add_ps(_mm512_cvtepi32_ps(k), _mm512_i32gather_ps(row, kCoordColumns.z, 4));
-                const __m512 vx = _mm512_sub_ps(sx, qx), vy = _mm512_sub_ps(sy, qy), vz = _mm512_sub_ps(sz, qz);
-                __m512 d = _mm512_add_ps(_mm512_add_ps(_mm512_mul_ps(vx, vx), _mm512_mul_ps(vy, vy)), _mm512_mul_ps(vz, vz));
-                if (root) d = _mm512_sqrt_ps(d);
-                const __mmask16 beats0 = _mm512_cmp_ps_mask(d, F[0], _CMP_LT_OQ);
-                const __mmask16 beats1 = _mm512_cmp_ps_mask(d, F[1], _CMP_LT_OQ);
-                const __mmask16 beats2 = _mm512_cmp_ps_mask(d, F[2], _CMP_LT_OQ);
-                const __mmask16 beats3 = _mm512_cmp_ps_mask(d, F[3], _CMP_LT_OQ);
-                F[3] = _mm512_mask_blend_ps(beats2, _mm512_mask_blend_ps(beats3, F[3], d), F[2]);
-                F[2] = _mm512_mask_blend_ps(beats1, _mm512_mask_blend_ps(beats2, F[2], d), F[1]);
-                F[1] = _mm512_mask_blend_ps(beats0, _mm512_mask_blend_ps(beats1, F[1], d), F[0]);
-                F[0] = _mm512_mask_blend_ps(beats0, F[0], d);
+            const __m256 fj = _mm256_cvtepi32_ps(_mm256_add_epi32(cy, _mm256_set1_epi32(dj)));
+            for (int dk = -1; dk <= 1; ++dk, cellRows += 8) {
+                const __m256 fk = _mm256_cvtepi32_ps(_mm256_add_epi32(cz, _mm256_set1_epi32(dk)));
+                const OffsetLanes offset = offsetsOf(cellRows);
+                const __m256 qx = _mm256_add_ps(fi, offset.x);
+                const __m256 qy = _mm256_add_ps(fj, offset.y);
+                const __m256 qz = _mm256_add_ps(fk, offset.z);
+                const __m256 vx = _mm256_sub_ps(sx, qx), vy = _mm256_sub_ps(sy, qy), vz = _mm256_sub_ps(sz, qz);
+                const __m256 d = measureLanes(m, vx, vy, vz);
+                const __m256 beats0 = _mm256_cmp_ps(d, F[0], _CMP_LT_OQ);
+                const __m256 beats1 = _mm256_cmp_ps(d, F[1], _CMP_LT_OQ);
+                const __m256 beats2 = _mm256_cmp_ps(d, F[2], _CMP_LT_OQ);
+                const __m256 beats3 = _mm256_cmp_ps(d, F[3], _CMP_LT_OQ);
+                F[3] = _mm256_blendv_ps(_mm256_blendv_ps(F[3], d, beats3), F[2], beats2);
+                F[2] = _mm256_blendv_ps(_mm256_blendv_ps(F[2], d, beats2), F[1], beats1);
+                F[1] = _mm256_blendv_ps(_mm256_blendv_ps(F[1], d, beats1), F[0], beats0);
+                F[0] = _mm256_blendv_ps(F[0], d, beats0);
             }
         }
     }
-    __m512 v;
+    __m256 v;
     switch (t) {
-        case Voronoi::Difference21: v = scaledLanes(_mm512_sub_ps(F[1], F[0])); break;
-        case Voronoi::Difference32: v = scaledLanes(_mm512_sub_ps(F[2], F[1])); break;
+        case Voronoi::Difference21: v = scaledLanes(_mm256_sub_ps(F[1], F[0])); break;
+        case Voronoi::Difference32: v = scaledLanes(_mm256_sub_ps(F[2], F[1])); break;
         case Voronoi::Crackle: {
             // max(1, x) keeps 1 for a NaN x, as the comparison 1 < x does.
-            const __m512 twenty = _mm512_mul_ps(_mm512_set1_ps(20.0f), scaledLanes(_mm512_sub_ps(F[1], F[0])));
-            v = scaledLanes(_mm512_max_ps(twenty, _mm512_set1_ps(1.0f)));
+            const __m256 twenty = _mm256_mul_ps(_mm256_set1_ps(20.0f), scaledLanes(_mm256_sub_ps(F[1], F[0])));
+            v = scaledLanes(_mm256_max_ps(twenty, _mm256_set1_ps(1.0f)));
             break;
         }
         case Voronoi::Second:
@@ -330,7 +417,7 @@ GRITWELL_AVX512 void get16(const float* xs, const float* ys, const float* zs, Vo
         case Voronoi::First:
         default: v = scaledLanes(F[0]); break;
     }
-    _mm512_storeu_ps(out, v);
+    _mm256_storeu_ps(out, v);
 }
 
 #endif  // __x86_64__
@@ -341,9 +428,9 @@ void Voronoi::Get(const float* x, const float* y, const float* z, int n, Voronoi
                   float* out) {
     int done = 0;
 #if defined(__x86_64__)
-    const bool root = !(m >= LengthSquared && m <= Minkowski5);
-    if ((root || m == LengthSquared) && simdLevel() == SimdLevel::kAvx512)
-        for (; done + 16 <= n; done += 16) get16(x + done, y + done, z + done, t, root, out + done);
+    // Minkowski4's root is the C library's powf, so it stays one point at a time.
+    if (m != Minkowski4 && simdLevel() >= SimdLevel::kAvx2)
+        for (; done + 8 <= n; done += 8) get8(x + done, y + done, z + done, t, m, out + done);
 #endif
     for (; done < n; ++done) out[done] = Get(x[done], y[done], z[done], t, m);
 }

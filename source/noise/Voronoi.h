@@ -59,8 +59,8 @@ public:
     // >= sqrt(2)/sqrt(3) (about 0.8165).
     static float Get(float x, float y, VoronoiType t, DistanceMethod m);
     static float Get(float x, float y, float z, VoronoiType t, DistanceMethod m);
-    // out[i] = Get(x[i], y[i], z[i], t, m) for 0 <= i < n, sixteen points at a
-    // time on processors with AVX-512 for the two length metrics.
+    // out[i] = Get(x[i], y[i], z[i], t, m) for 0 <= i < n; eight points at a
+    // time on processors with AVX2, for every metric but Minkowski4.
     static void Get(const float* x, const float* y, const float* z, int n, VoronoiType t, DistanceMethod m,
                     float* out);
 

@@ -310,8 +310,8 @@ TEST(Voronoi, ArraysGiveEveryPointTheBitsOfOnePointAtATime) {
     const int n = static_cast<int>(x.size());
     auto bits = [](float v) { return std::isnan(v) ? 0x7fc00000u : std::bit_cast<std::uint32_t>(v); };
     for (int t = 0; t <= 7; ++t) {
-        for (const auto m : {Voronoi::Length, Voronoi::LengthSquared, Voronoi::Manhattan,
-                             static_cast<Voronoi::DistanceMethod>(9)}) {
+        for (int metric = 0; metric <= 7; ++metric) {
+            const auto m = static_cast<Voronoi::DistanceMethod>(metric == 7 ? 9 : metric);
             std::vector<float> out(x.size());
             const auto type = static_cast<Voronoi::VoronoiType>(t);
             Voronoi::Get(x.data(), y.data(), z.data(), n, type, m, out.data());
