@@ -225,7 +225,7 @@ float Voronoi::Get(float x, float y, float z, VoronoiType t, DistanceMethod m) {
 
 // ---- Eight points at a time ------------------------------------------------
 //
-// The 3-D search and combination above, one lane per point, with the same
+// The searches and combination above, one lane per point, with the same
 // operations in the same order: the cell by the round-to-nearest floor in
 // double, the feature rows through the index table, the offsets, the
 // distance by the record's metric, and the insertion into four ascending
@@ -265,24 +265,27 @@ constexpr OffsetRows makeOffsetRows() {
 
 constexpr OffsetRows kOffsetRows = makeOffsetRows();
 
-// The feature rows of all 27 cells around each of eight points, in the
-// search's visiting order. Only the low byte of a cell coordinate reaches
-// the index table, so the chain runs on bytes; each point's k layer and
-// (j, k) column are looked up once and shared by the cells above them.
+// The feature rows of the cells around each of eight points, in the
+// search's visiting order: 3 x 3 columns of Layers cells each (three in
+// space, one in the plane's layer k = 0). Only the low byte of a cell
+// coordinate reaches the index table, so the chain runs on bytes; each
+// point's k layer and (j, k) column are looked up once and shared by the
+// cells above them.
+template <int Layers>
 void featureRows(const std::int32_t* cx, const std::int32_t* cy, const std::int32_t* cz,
-                 std::uint8_t (&rows)[27][8]) {
+                 std::uint8_t (&rows)[9 * Layers][8]) {
     const auto& index = kTables.index;
     auto low = [](std::int32_t v) { return static_cast<std::uint8_t>(static_cast<std::uint32_t>(v)); };
     for (int p = 0; p < 8; ++p) {
         const std::uint8_t x = low(cx[p]), y = low(cy[p]), z = low(cz[p]);
-        std::uint8_t a[3], b[3][3];
-        for (int dk = 0; dk < 3; ++dk) a[dk] = index[static_cast<std::uint8_t>(z + dk - 1)];
+        std::uint8_t a[Layers], b[3][Layers];
+        for (int dk = 0; dk < Layers; ++dk) a[dk] = index[static_cast<std::uint8_t>(z + dk - Layers / 2)];
         for (int dj = 0; dj < 3; ++dj)
-            for (int dk = 0; dk < 3; ++dk) b[dj][dk] = index[static_cast<std::uint8_t>(a[dk] + y + dj - 1)];
+            for (int dk = 0; dk < Layers; ++dk) b[dj][dk] = index[static_cast<std::uint8_t>(a[dk] + y + dj - 1)];
         for (int di = 0; di < 3; ++di)
             for (int dj = 0; dj < 3; ++dj)
-                for (int dk = 0; dk < 3; ++dk)
-                    rows[(di * 3 + dj) * 3 + dk][p] = index[static_cast<std::uint8_t>(b[dj][dk] + x + di - 1)];
+                for (int dk = 0; dk < Layers; ++dk)
+                    rows[(di * 3 + dj) * Layers + dk][p] = index[static_cast<std::uint8_t>(b[dj][dk] + x + di - 1)];
     }
 }
 
@@ -365,16 +368,21 @@ GRITWELL_AVX2 inline __m256 measureLanes(Voronoi::DistanceMethod m, __m256 x, __
     }
 }
 
+// Layers 3: the search in space around (xs, ys, zs). Layers 1: the plane's
+// search, the layer k = 0 measured from z = 0 (zs is not read).
+template <int Layers>
 GRITWELL_AVX2 void get8(const float* xs, const float* ys, const float* zs, Voronoi::VoronoiType t,
                         Voronoi::DistanceMethod m, float* out) {
-    const __m256 sx = _mm256_loadu_ps(xs), sy = _mm256_loadu_ps(ys), sz = _mm256_loadu_ps(zs);
-    const __m256i cx = floorLanes(sx), cy = floorLanes(sy), cz = floorLanes(sz);
+    const __m256 sx = _mm256_loadu_ps(xs), sy = _mm256_loadu_ps(ys);
+    const __m256 sz = Layers == 3 ? _mm256_loadu_ps(zs) : _mm256_setzero_ps();
+    const __m256i cx = floorLanes(sx), cy = floorLanes(sy);
+    const __m256i cz = Layers == 3 ? floorLanes(sz) : _mm256_setzero_si256();
     alignas(32) std::int32_t cells[3][8];
     _mm256_store_si256(reinterpret_cast<__m256i*>(cells[0]), cx);
     _mm256_store_si256(reinterpret_cast<__m256i*>(cells[1]), cy);
     _mm256_store_si256(reinterpret_cast<__m256i*>(cells[2]), cz);
-    std::uint8_t rows[27][8];
-    featureRows(cells[0], cells[1], cells[2], rows);
+    std::uint8_t rows[9 * Layers][8];
+    featureRows<Layers>(cells[0], cells[1], cells[2], rows);
     __m256 F[4];
     for (__m256& f : F) f = _mm256_set1_ps(kFarAway);
     const std::uint8_t* cellRows = rows[0];
@@ -382,7 +390,7 @@ GRITWELL_AVX2 void get8(const float* xs, const float* ys, const float* zs, Voron
         const __m256 fi = _mm256_cvtepi32_ps(_mm256_add_epi32(cx, _mm256_set1_epi32(di)));
         for (int dj = -1; dj <= 1; ++dj) {
             const __m256 fj = _mm256_cvtepi32_ps(_mm256_add_epi32(cy, _mm256_set1_epi32(dj)));
-            for (int dk = -1; dk <= 1; ++dk, cellRows += 8) {
+            for (int dk = -(Layers / 2); dk <= Layers / 2; ++dk, cellRows += 8) {
                 const __m256 fk = _mm256_cvtepi32_ps(_mm256_add_epi32(cz, _mm256_set1_epi32(dk)));
                 const OffsetLanes offset = offsetsOf(cellRows);
                 const __m256 qx = _mm256_add_ps(fi, offset.x);
@@ -430,9 +438,18 @@ void Voronoi::Get(const float* x, const float* y, const float* z, int n, Voronoi
 #if defined(__x86_64__)
     // Minkowski4's root is the C library's powf, so it stays one point at a time.
     if (m != Minkowski4 && simdLevel() >= SimdLevel::kAvx2)
-        for (; done + 8 <= n; done += 8) get8(x + done, y + done, z + done, t, m, out + done);
+        for (; done + 8 <= n; done += 8) get8<3>(x + done, y + done, z + done, t, m, out + done);
 #endif
     for (; done < n; ++done) out[done] = Get(x[done], y[done], z[done], t, m);
+}
+
+void Voronoi::Get(const float* x, const float* y, int n, VoronoiType t, DistanceMethod m, float* out) {
+    int done = 0;
+#if defined(__x86_64__)
+    if (m != Minkowski4 && simdLevel() >= SimdLevel::kAvx2)
+        for (; done + 8 <= n; done += 8) get8<1>(x + done, y + done, nullptr, t, m, out + done);
+#endif
+    for (; done < n; ++done) out[done] = Get(x[done], y[done], t, m);
 }
 
 }  // namespace gritwell

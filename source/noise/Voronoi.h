@@ -59,10 +59,12 @@ public:
     // >= sqrt(2)/sqrt(3) (about 0.8165).
     static float Get(float x, float y, VoronoiType t, DistanceMethod m);
     static float Get(float x, float y, float z, VoronoiType t, DistanceMethod m);
-    // out[i] = Get(x[i], y[i], z[i], t, m) for 0 <= i < n; eight points at a
-    // time on processors with AVX2, for every metric but Minkowski4.
+    // out[i] = Get(x[i], y[i], z[i], t, m) (or Get(x[i], y[i], t, m)) for
+    // 0 <= i < n; eight points at a time on processors with AVX2, for every
+    // metric but Minkowski4.
     static void Get(const float* x, const float* y, const float* z, int n, VoronoiType t, DistanceMethod m,
                     float* out);
+    static void Get(const float* x, const float* y, int n, VoronoiType t, DistanceMethod m, float* out);
 
     // The two fixed tables behind GetPoint: a permutation of 0..255 that
     // hashes a cell to a row, and 256 feature offsets in [0, 1).

@@ -13,10 +13,13 @@ float VoronoiTexture3D::evaluate(const Record& r, int flags, float x, float y, f
 }
 
 void VoronoiTexture3D::evaluateBlock(const Record& r, int flags, const float* points, int n, float* out) {
-    if (isPlanar(flags)) return evaluateEach(r, flags, points, n, out);
     const PointBlock p(points, n, r.scale);
-    Voronoi::Get(p.x, p.y, p.z, n, static_cast<Voronoi::VoronoiType>(r.type),
-                 static_cast<Voronoi::DistanceMethod>(r.distanceMethod), out);
+    const auto type = static_cast<Voronoi::VoronoiType>(r.type);
+    const auto method = static_cast<Voronoi::DistanceMethod>(r.distanceMethod);
+    if (isPlanar(flags))
+        Voronoi::Get(p.x, p.y, n, type, method, out);
+    else
+        Voronoi::Get(p.x, p.y, p.z, n, type, method, out);
     for (int i = 0; i < n; ++i) out[i] = clampUnit(out[i]);
 }
 

@@ -312,16 +312,18 @@ TEST(Voronoi, ArraysGiveEveryPointTheBitsOfOnePointAtATime) {
     for (int t = 0; t <= 7; ++t) {
         for (int metric = 0; metric <= 7; ++metric) {
             const auto m = static_cast<Voronoi::DistanceMethod>(metric == 7 ? 9 : metric);
-            std::vector<float> out(x.size());
             const auto type = static_cast<Voronoi::VoronoiType>(t);
+            std::vector<float> out(x.size()), plane(x.size());
             Voronoi::Get(x.data(), y.data(), z.data(), n, type, m, out.data());
+            Voronoi::Get(x.data(), y.data(), n, type, m, plane.data());
             int wrong = 0;
             for (int i = 0; i < n && wrong < 3; ++i) {
                 const float one = Voronoi::Get(x[i], y[i], z[i], type, m);
-                if (bits(one) != bits(out[i])) {
+                const float onePlane = Voronoi::Get(x[i], y[i], type, m);
+                if (bits(one) != bits(out[i]) || bits(onePlane) != bits(plane[i])) {
                     ++wrong;
-                    ADD_FAILURE() << "type " << t << ", metric " << m << ", point " << i << ": " << out[i]
-                                  << " instead of " << one;
+                    ADD_FAILURE() << "type " << t << ", metric " << m << ", point " << i << ": " << out[i] << ", "
+                                  << plane[i] << " in the plane, instead of " << one << ", " << onePlane;
                 }
             }
         }
