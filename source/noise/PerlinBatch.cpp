@@ -23,13 +23,18 @@ namespace gritwell {
 
 namespace {
 
-// The scale that brings the 3-D lattice noise to about [-1, 1].
+// The scales that bring the 2-D and 3-D lattice noise to about [-1, 1].
+constexpr float kNoiseScale2 = 0.507f;
 constexpr float kNoiseScale3 = 0.936f;
 // Points per pass of the octave sum: its scratch lives on the stack.
 constexpr int kBlock = 256;
 
 void noiseScalar(const float* x, const float* y, const float* z, float* out, int n) {
     for (int i = 0; i < n; ++i) out[i] = Perlin::noise(x[i], y[i], z[i]);
+}
+
+void noiseScalar(const float* x, const float* y, float* out, int n) {
+    for (int i = 0; i < n; ++i) out[i] = Perlin::noise(x[i], y[i]);
 }
 
 #if defined(__x86_64__)
@@ -110,6 +115,39 @@ GRITWELL_AVX2 void noiseAvx2(const float* xs, const float* ys, const float* zs, 
     noiseScalar(xs + k, ys + k, zs + k, out + k, n - k);
 }
 
+// Perlin::grad(h, x, y): u = x for h & 4 clear, else y; v the other one,
+// doubled; each negated by bits 0 and 1. Only those three bits are read.
+GRITWELL_AVX2 inline __m256 grad(__m256i hash, __m256 x, __m256 y) {
+    const __m256 swap = _mm256_castsi256_ps(_mm256_slli_epi32(hash, 29));
+    const __m256 u = _mm256_blendv_ps(x, y, swap);
+    const __m256 v = _mm256_mul_ps(_mm256_set1_ps(2.0f), _mm256_blendv_ps(y, x, swap));
+    const __m256 signU = _mm256_castsi256_ps(_mm256_slli_epi32(hash, 31));
+    const __m256 signV = _mm256_castsi256_ps(_mm256_slli_epi32(_mm256_srli_epi32(hash, 1), 31));
+    return _mm256_add_ps(_mm256_xor_ps(u, signU), _mm256_xor_ps(v, signV));
+}
+
+GRITWELL_AVX2 void noiseAvx2(const float* xs, const float* ys, float* out, int n) {
+    const __m256i low8 = _mm256_set1_epi32(255);
+    const __m256 onef = _mm256_set1_ps(1.0f);
+    int k = 0;
+    for (; k + 8 <= n; k += 8) {
+        const __m256 x = _mm256_loadu_ps(xs + k), y = _mm256_loadu_ps(ys + k);
+        const __m256i cx = cellIndex(x), cy = cellIndex(y);
+        const __m256i ix = _mm256_and_si256(cx, low8), iy = _mm256_and_si256(cy, low8);
+        const __m256 x0 = _mm256_sub_ps(x, _mm256_cvtepi32_ps(cx));
+        const __m256 y0 = _mm256_sub_ps(y, _mm256_cvtepi32_ps(cy));
+        const __m256 x1 = _mm256_sub_ps(x0, onef), y1 = _mm256_sub_ps(y0, onef);
+        const PermPair px = permPair(ix);
+        // Each pair: the hash at y0 and at y1.
+        const PermPair ha = permPair(_mm256_add_epi32(px.at, iy)), hb = permPair(_mm256_add_epi32(px.next, iy));
+        const __m256 u = fade(x0), v = fade(y0);
+        const __m256 value = interp(v, interp(u, grad(ha.at, x0, y0), grad(hb.at, x1, y0)),
+                                    interp(u, grad(ha.next, x0, y1), grad(hb.next, x1, y1)));
+        _mm256_storeu_ps(out + k, _mm256_mul_ps(_mm256_set1_ps(kNoiseScale2), value));
+    }
+    noiseScalar(xs + k, ys + k, out + k, n - k);
+}
+
 // ---- AVX-512: sixteen points per step, the hash chain through byte permutes
 
 #define GRITWELL_AVX512 __attribute__((target("avx512f,avx512bw,avx512vbmi")))
@@ -172,6 +210,39 @@ GRITWELL_AVX512 void noiseAvx512(const float* xs, const float* ys, const float* 
     noiseScalar(xs + k, ys + k, zs + k, out + k, n - k);
 }
 
+GRITWELL_AVX512 inline __m512 grad(__m512i hash, __m512 x, __m512 y) {
+    const __mmask16 swap = _mm512_test_epi32_mask(hash, _mm512_set1_epi32(4));
+    const __m512 u = _mm512_mask_blend_ps(swap, x, y);
+    const __m512 v = _mm512_mul_ps(_mm512_set1_ps(2.0f), _mm512_mask_blend_ps(swap, y, x));
+    const __m512i signU = _mm512_slli_epi32(hash, 31);
+    const __m512i signV = _mm512_slli_epi32(_mm512_srli_epi32(hash, 1), 31);
+    return _mm512_add_ps(_mm512_castsi512_ps(_mm512_xor_si512(_mm512_castps_si512(u), signU)),
+                         _mm512_castsi512_ps(_mm512_xor_si512(_mm512_castps_si512(v), signV)));
+}
+
+GRITWELL_AVX512 void noiseAvx512(const float* xs, const float* ys, float* out, int n) {
+    const ByteTableLanes perm(kPerlinPermutation.data());
+    const __m512i one = _mm512_set1_epi32(1), low8 = _mm512_set1_epi32(255);
+    const __m512 onef = _mm512_set1_ps(1.0f);
+    int k = 0;
+    for (; k + 16 <= n; k += 16) {
+        const __m512 x = _mm512_loadu_ps(xs + k), y = _mm512_loadu_ps(ys + k);
+        const __m512i cx = cellIndex(x), cy = cellIndex(y);
+        const __m512i ix = _mm512_and_si512(cx, low8), iy = _mm512_and_si512(cy, low8);
+        const __m512 x0 = _mm512_sub_ps(x, _mm512_cvtepi32_ps(cx));
+        const __m512 y0 = _mm512_sub_ps(y, _mm512_cvtepi32_ps(cy));
+        const __m512 x1 = _mm512_sub_ps(x0, onef), y1 = _mm512_sub_ps(y0, onef);
+        const __m512i a = _mm512_add_epi32(perm(ix), iy);
+        const __m512i b = _mm512_add_epi32(perm(_mm512_add_epi32(ix, one)), iy);
+        const __m512 u = fade(x0), v = fade(y0);
+        const __m512 value = interp(v, interp(u, grad(perm(a), x0, y0), grad(perm(b), x1, y0)),
+                                    interp(u, grad(perm(_mm512_add_epi32(a, one)), x0, y1),
+                                           grad(perm(_mm512_add_epi32(b, one)), x1, y1)));
+        _mm512_storeu_ps(out + k, _mm512_mul_ps(_mm512_set1_ps(kNoiseScale2), value));
+    }
+    noiseScalar(xs + k, ys + k, out + k, n - k);
+}
+
 #endif  // __x86_64__
 
 bool sameBits(float a, float b) { return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b); }
@@ -194,6 +265,21 @@ void PerlinBatch::noise(SimdLevel level, const float* x, const float* y, const f
 void PerlinBatch::noise(const float* x, const float* y, const float* z, float* out, int n) {
     noise(simdLevel(), x, y, z, out, n);
 }
+
+void PerlinBatch::noise(SimdLevel level, const float* x, const float* y, float* out, int n) {
+#if defined(__x86_64__)
+    switch (supportedSimdLevel(level)) {
+    case SimdLevel::kAvx512: noiseAvx512(x, y, out, n); return;
+    case SimdLevel::kAvx2: noiseAvx2(x, y, out, n); return;
+    case SimdLevel::kScalar: break;
+    }
+#else
+    (void)level;
+#endif
+    noiseScalar(x, y, out, n);
+}
+
+void PerlinBatch::noise(const float* x, const float* y, float* out, int n) { noise(simdLevel(), x, y, out, n); }
 
 // Perlin::Get stops a point once an octave leaves its position, sum and
 // amplitude unchanged; a further octave from that state would leave it

@@ -1,7 +1,8 @@
 #pragma once
 // Perlin's lattice noise and its octave sum over arrays of points: at every
-// point the same bits as Perlin::noise(x, y, z) and Perlin::Get, computed
-// 8 or 16 points per instruction where the processor has AVX2 or AVX-512.
+// point the same bits as Perlin::noise and Perlin::Get in two and three
+// dimensions, computed 8 or 16 points per instruction where the processor
+// has AVX2 or AVX-512.
 
 #include "core/SimdLevel.h"
 
@@ -13,6 +14,9 @@ public:
     static void noise(const float* x, const float* y, const float* z, float* out, int n);
     // The same on a chosen level (lowered to what this processor runs).
     static void noise(SimdLevel level, const float* x, const float* y, const float* z, float* out, int n);
+    // out[i] = Perlin::noise(x[i], y[i]), on this processor's best level or a chosen one.
+    static void noise(const float* x, const float* y, float* out, int n);
+    static void noise(SimdLevel level, const float* x, const float* y, float* out, int n);
 
     // out[i] = Perlin::Get(x[i], y[i], z[i], octaves, freq, amp); x, y and z
     // are the caller's scratch and come back scaled.

@@ -80,19 +80,21 @@ float textbookNoise(float x, float y, float z) {
 
 class PerlinBatchLevel : public ::testing::TestWithParam<SimdLevel> {};
 
-TEST_P(PerlinBatchLevel, EveryPointHasTheBitsOfTheSinglePointNoise) {
+TEST_P(PerlinBatchLevel, EveryPointHasTheBitsOfTheSinglePointNoiseInSpaceAndThePlane) {
     if (supportedSimdLevel(GetParam()) != GetParam()) GTEST_SKIP() << "this processor lacks the instruction set";
     const Cloud& c = cloud();
     const int n = static_cast<int>(c.x.size());
-    std::vector<float> out(c.x.size());
+    std::vector<float> out(c.x.size()), plane(c.x.size());
     PerlinBatch::noise(GetParam(), c.x.data(), c.y.data(), c.z.data(), out.data(), n);
+    PerlinBatch::noise(GetParam(), c.x.data(), c.y.data(), plane.data(), n);
     int wrong = 0;
     for (int i = 0; i < n && wrong < 5; ++i) {
         const float expected = Perlin::noise(c.x[i], c.y[i], c.z[i]);
-        if (bits(out[i]) != bits(expected)) {
+        const float expectedPlane = Perlin::noise(c.x[i], c.y[i]);
+        if (bits(out[i]) != bits(expected) || bits(plane[i]) != bits(expectedPlane)) {
             ++wrong;
-            ADD_FAILURE() << "point (" << c.x[i] << ", " << c.y[i] << ", " << c.z[i] << "): " << out[i]
-                          << " instead of " << expected;
+            ADD_FAILURE() << "point (" << c.x[i] << ", " << c.y[i] << ", " << c.z[i] << "): " << out[i] << ", "
+                          << plane[i] << " in the plane, instead of " << expected << ", " << expectedPlane;
         }
     }
 }
@@ -117,9 +119,16 @@ TEST_P(PerlinBatchLevel, ShortAndOddLengthsFinishTheTailAndWriteNoFurther) {
     for (int n : {0, 1, 7, 8, 9, 15, 16, 17, 33}) {
         std::vector<float> out(40, -7.0f);
         PerlinBatch::noise(GetParam(), c.x.data() + 3, c.y.data() + 3, c.z.data() + 3, out.data(), n);
-        for (int i = 0; i < n; ++i)
+        std::vector<float> plane(40, -7.0f);
+        PerlinBatch::noise(GetParam(), c.x.data() + 3, c.y.data() + 3, plane.data(), n);
+        for (int i = 0; i < n; ++i) {
             EXPECT_EQ(bits(out[i]), bits(Perlin::noise(c.x[3 + i], c.y[3 + i], c.z[3 + i]))) << n << ' ' << i;
-        for (int i = n; i < 40; ++i) EXPECT_EQ(out[i], -7.0f) << n << ' ' << i;
+            EXPECT_EQ(bits(plane[i]), bits(Perlin::noise(c.x[3 + i], c.y[3 + i]))) << n << ' ' << i;
+        }
+        for (int i = n; i < 40; ++i) {
+            EXPECT_EQ(out[i], -7.0f) << n << ' ' << i;
+            EXPECT_EQ(plane[i], -7.0f) << n << ' ' << i;
+        }
     }
 }
 
