@@ -9,7 +9,8 @@ namespace gritwell {
 
 namespace {
 
-float addWeighted(float sum, float sample, float amplitude) { return sum + sample * amplitude; }
+// A function object, not a function: each sum's loop then inlines it.
+constexpr auto addWeighted = [](float sum, float sample, float amplitude) { return sum + sample * amplitude; };
 
 }  // namespace
 
@@ -31,6 +32,10 @@ float FBM::fBM(const Vec3& p, float octaves, float lacunarity, float gain) {
 
 void FBM::fBM(float* x, float* y, float* z, int n, float octaves, float lacunarity, float gain, float* out) {
     fractalSumBlock(x, y, z, n, octaves, lacunarity, gain, addWeighted, out);
+}
+
+void FBM::fBM(float* x, float* y, int n, float octaves, float lacunarity, float gain, float* out) {
+    fractalSumBlock(x, y, nullptr, n, octaves, lacunarity, gain, addWeighted, out);
 }
 
 // A fresh improved-noise object per call, as the sum has always made one;

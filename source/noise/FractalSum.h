@@ -41,11 +41,46 @@ float fractalSum(std::array<float, N> position, float octaves, float lacunarity,
     return sum;
 }
 
-// fractalSum over the 3-D lattice noise for n points at once: out[i] is
-// fractalSum<3>({x[i], y[i], z[i]}, ...) with latticeNoise<3>, bit for bit.
+// fractalSum over the lattice noise for n points at once: out[i] is
+// fractalSum<3>({x[i], y[i], z[i]}, ...) with latticeNoise<3>, or, with z
+// null, fractalSum<2>({x[i], y[i]}, ...) with latticeNoise<2>, bit for bit.
 // x, y and z are scratch and come back scaled. A point whose octave left it
 // unchanged would be left unchanged by every later one, so the pass runs
 // until every point has stopped and the finished ones keep their bits.
+// One octave over a block: each point's sum takes the sample, and its
+// position moves by the lacunarity (z null in the plane). True if any
+// point changed. The two forms are separate loops, each branch-free.
+template <class Add>
+bool fractalOctave(float* x, float* y, float* z, int m, const float* sample, float amplitude, float lacunarity,
+                   Add add, float* sum) {
+    bool changed = false;
+    if (z) {
+        for (int i = 0; i < m; ++i) {
+            const float s = add(sum[i], sample[i], amplitude);
+            const float nx = x[i] * lacunarity, ny = y[i] * lacunarity, nz = z[i] * lacunarity;
+            const float before[4] = {sum[i], x[i], y[i], z[i]};
+            const float after[4] = {s, nx, ny, nz};
+            changed |= std::memcmp(before, after, sizeof before) != 0;
+            sum[i] = s;
+            x[i] = nx;
+            y[i] = ny;
+            z[i] = nz;
+        }
+    } else {
+        for (int i = 0; i < m; ++i) {
+            const float s = add(sum[i], sample[i], amplitude);
+            const float nx = x[i] * lacunarity, ny = y[i] * lacunarity;
+            const float before[3] = {sum[i], x[i], y[i]};
+            const float after[3] = {s, nx, ny};
+            changed |= std::memcmp(before, after, sizeof before) != 0;
+            sum[i] = s;
+            x[i] = nx;
+            y[i] = ny;
+        }
+    }
+    return changed;
+}
+
 template <class Add>
 void fractalSumBlock(float* x, float* y, float* z, int n, float octaves, float lacunarity, float gain, Add add,
                      float* out) {
@@ -54,25 +89,17 @@ void fractalSumBlock(float* x, float* y, float* z, int n, float octaves, float l
         const int m = n - start < kBlock ? n - start : kBlock;
         float* bx = x + start;
         float* by = y + start;
-        float* bz = z + start;
+        float* bz = z ? z + start : nullptr;
         float* sum = out + start;
         for (int i = 0; i < m; ++i) sum[i] = 0.0f;
         float amplitude = 1.0f;
         float sample[kBlock];
         for (int o = 0; o < kMaxOctaves && static_cast<float>(o) < octaves; ++o) {
-            PerlinBatch::noise(bx, by, bz, sample, m);
-            bool changed = false;
-            for (int i = 0; i < m; ++i) {
-                const float s = add(sum[i], sample[i], amplitude);
-                const float nx = bx[i] * lacunarity, ny = by[i] * lacunarity, nz = bz[i] * lacunarity;
-                const float before[4] = {sum[i], bx[i], by[i], bz[i]};
-                const float after[4] = {s, nx, ny, nz};
-                changed |= std::memcmp(before, after, sizeof before) != 0;
-                sum[i] = s;
-                bx[i] = nx;
-                by[i] = ny;
-                bz[i] = nz;
-            }
+            if (bz)
+                PerlinBatch::noise(bx, by, bz, sample, m);
+            else
+                PerlinBatch::noise(bx, by, sample, m);
+            const bool changed = fractalOctave(bx, by, bz, m, sample, amplitude, lacunarity, add, sum);
             const float next = amplitude * gain;
             const bool amplitudeSettled = std::memcmp(&next, &amplitude, sizeof next) == 0;
             amplitude = next;

@@ -281,43 +281,61 @@ void PerlinBatch::noise(SimdLevel level, const float* x, const float* y, float* 
 
 void PerlinBatch::noise(const float* x, const float* y, float* out, int n) { noise(simdLevel(), x, y, out, n); }
 
+namespace {
+
 // Perlin::Get stops a point once an octave leaves its position, sum and
 // amplitude unchanged; a further octave from that state would leave it
 // unchanged again. So a pass runs every point until all have stopped, and
-// the finished ones keep their bits.
-void PerlinBatch::Get(float* x, float* y, float* z, int n, int octaves, float freq, float amp, float* out) {
+// the finished ones keep their bits. z is null in the plane.
+void octaveSum(float* x, float* y, float* z, int n, int octaves, float freq, float amp, float* out) {
     for (int i = 0; i < n; ++i) {
         x[i] = x[i] * freq;
         y[i] = y[i] * freq;
-        z[i] = z[i] * freq;
+        if (z) z[i] = z[i] * freq;
         out[i] = 0.0f;
     }
     for (int start = 0; start < n; start += kBlock) {
         const int m = n - start < kBlock ? n - start : kBlock;
         float* bx = x + start;
         float* by = y + start;
-        float* bz = z + start;
+        float* bz = z ? z + start : nullptr;
         float* sum = out + start;
         float a = amp;
         float sample[kBlock];
         for (int o = 0; o < octaves; ++o) {
-            noise(bx, by, bz, sample, m);
+            if (bz)
+                PerlinBatch::noise(bx, by, bz, sample, m);
+            else
+                PerlinBatch::noise(bx, by, sample, m);
             bool changed = false;
             for (int i = 0; i < m; ++i) {
                 const float s = sum[i] + sample[i] * a;
-                const float nx = bx[i] * 2.0f, ny = by[i] * 2.0f, nz = bz[i] * 2.0f;
-                changed |= !sameBits(s, sum[i]) || !sameBits(nx, bx[i]) || !sameBits(ny, by[i]) ||
-                           !sameBits(nz, bz[i]);
+                const float nx = bx[i] * 2.0f, ny = by[i] * 2.0f;
+                changed |= !sameBits(s, sum[i]) || !sameBits(nx, bx[i]) || !sameBits(ny, by[i]);
                 sum[i] = s;
                 bx[i] = nx;
                 by[i] = ny;
-                bz[i] = nz;
+                if (bz) {
+                    const float nz = bz[i] * 2.0f;
+                    changed |= !sameBits(nz, bz[i]);
+                    bz[i] = nz;
+                }
             }
             const float next = a * 0.5f;
             if (!changed && sameBits(next, a)) break;
             a = next;
         }
     }
+}
+
+}  // namespace
+
+void PerlinBatch::Get(float* x, float* y, float* z, int n, int octaves, float freq, float amp, float* out) {
+    octaveSum(x, y, z, n, octaves, freq, amp, out);
+}
+
+void PerlinBatch::Get(float* x, float* y, int n, int octaves, float freq, float amp, float* out) {
+    octaveSum(x, y, nullptr, n, octaves, freq, amp, out);
 }
 
 }  // namespace gritwell

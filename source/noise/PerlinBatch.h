@@ -21,6 +21,8 @@ public:
     // out[i] = Perlin::Get(x[i], y[i], z[i], octaves, freq, amp); x, y and z
     // are the caller's scratch and come back scaled.
     static void Get(float* x, float* y, float* z, int n, int octaves, float freq, float amp, float* out);
+    // out[i] = Perlin::Get(x[i], y[i], octaves, freq, amp); x and y come back scaled.
+    static void Get(float* x, float* y, int n, int octaves, float freq, float amp, float* out);
 };
 
 }  // namespace gritwell

@@ -14,5 +14,7 @@ float turbulence(const Vec3& p, float octaves, float lacunarity, float gain);
 // out[i] = turbulence(Vec3(x[i], y[i], z[i]), ...) for n points at once; x,
 // y and z are scratch.
 void turbulence(float* x, float* y, float* z, int n, float octaves, float lacunarity, float gain, float* out);
+// out[i] = turbulence(x[i], y[i], ...) for n points at once; x and y are scratch.
+void turbulence(float* x, float* y, int n, float octaves, float lacunarity, float gain, float* out);
 
 }  // namespace gritwell::Turbulence

@@ -29,8 +29,8 @@ float absoluteOctaveSum(float qx, float qy, float qz, bool planar, float firstFr
     return sum;
 }
 
-void absoluteOctaveSum(const float* qx, const float* qy, const float* qz, int n, float firstFrequency, double weight,
-                       float* out) {
+void absoluteOctaveSum(const float* qx, const float* qy, const float* qz, int n, bool planar, float firstFrequency,
+                       double weight, float* out) {
     float x[kBlock], y[kBlock], z[kBlock], sample[kBlock];
     for (int start = 0; start < n; start += kBlock) {
         const int m = n - start < kBlock ? n - start : kBlock;
@@ -41,9 +41,13 @@ void absoluteOctaveSum(const float* qx, const float* qy, const float* qz, int n,
             for (int i = 0; i < m; ++i) {
                 x[i] = f * qx[start + i];
                 y[i] = f * qy[start + i];
-                z[i] = f * qz[start + i];
             }
-            PerlinBatch::noise(x, y, z, sample, m);
+            if (planar) {
+                PerlinBatch::noise(x, y, sample, m);
+            } else {
+                for (int i = 0; i < m; ++i) z[i] = f * qz[start + i];
+                PerlinBatch::noise(x, y, z, sample, m);
+            }
             for (int i = 0; i < m; ++i) sum[i] = octaveTerm(sum[i], sample[i], weight, f);
             f *= 2.0f;
         }

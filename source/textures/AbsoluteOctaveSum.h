@@ -7,9 +7,10 @@ namespace gritwell {
 
 float absoluteOctaveSum(float qx, float qy, float qz, bool planar, float firstFrequency, double weight);
 
-// The 3-D sum for n points at once: out[i] is
-// absoluteOctaveSum(qx[i], qy[i], qz[i], false, ...), bit for bit.
-void absoluteOctaveSum(const float* qx, const float* qy, const float* qz, int n, float firstFrequency, double weight,
-                       float* out);
+// The sum for n points at once: out[i] is
+// absoluteOctaveSum(qx[i], qy[i], qz[i], planar, ...), bit for bit; qz is
+// not read in the plane.
+void absoluteOctaveSum(const float* qx, const float* qy, const float* qz, int n, bool planar, float firstFrequency,
+                       double weight, float* out);
 
 }  // namespace gritwell

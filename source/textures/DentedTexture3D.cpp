@@ -17,9 +17,8 @@ float DentedTexture3D::evaluate(const Record& r, int flags, float x, float y, fl
 }
 
 void DentedTexture3D::evaluateBlock(const Record& r, int flags, const float* points, int n, float* out) {
-    if (isPlanar(flags)) return evaluateEach(r, flags, points, n, out);
     const PointBlock p(points, n, r.scale);
-    absoluteOctaveSum(p.x, p.y, p.z, n, kFirstFrequency, kWeight, out);
+    absoluteOctaveSum(p.x, p.y, p.z, n, isPlanar(flags), kFirstFrequency, kWeight, out);
     for (int i = 0; i < n; ++i) out[i] = clampUnit(r.magnitude * (out[i] * out[i] * out[i]));
 }
 

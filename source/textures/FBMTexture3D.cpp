@@ -14,9 +14,12 @@ float FBMTexture3D::evaluate(const Record& r, int flags, float x, float y, float
 }
 
 void FBMTexture3D::evaluateBlock(const Record& r, int flags, const float* points, int n, float* out) {
-    if (isPlanar(flags)) return evaluateEach(r, flags, points, n, out);
     PointBlock p(points, n, r.scale);
-    FBM::fBM(p.x, p.y, p.z, n, static_cast<float>(r.octaves), r.lacunarity, r.gain, out);
+    const float octaves = static_cast<float>(r.octaves);
+    if (isPlanar(flags))
+        FBM::fBM(p.x, p.y, n, octaves, r.lacunarity, r.gain, out);
+    else
+        FBM::fBM(p.x, p.y, p.z, n, octaves, r.lacunarity, r.gain, out);
     for (int i = 0; i < n; ++i) out[i] = clampUnit(static_cast<float>(0.5 + out[i] / 2.0));
 }
 

@@ -51,7 +51,7 @@ float GraniteTexture3D::evaluate(const Record& r, int flags, float x, float y, f
 // The layers across a block, each point stopping as above: the pass runs
 // until every point has settled, and settled points keep their bits.
 void GraniteTexture3D::evaluateBlock(const Record& r, int flags, const float* points, int n, float* out) {
-    if (isPlanar(flags)) return evaluateEach(r, flags, points, n, out);
+    const bool planar = isPlanar(flags);
     float x[kBlockPoints], y[kBlockPoints], z[kBlockPoints], sample[kBlockPoints];
     float* sum = out;
     for (int j = 0; j < n; ++j) sum[j] = 0.0f;
@@ -62,7 +62,10 @@ void GraniteTexture3D::evaluateBlock(const Record& r, int flags, const float* po
             y[j] = kSampleScale * points[3 * j + 1] * f;
             z[j] = kSampleScale * points[3 * j + 2] * f;
         }
-        PerlinBatch::noise(x, y, z, sample, n);
+        if (planar)
+            PerlinBatch::noise(x, y, sample, n);
+        else
+            PerlinBatch::noise(x, y, z, sample, n);
         bool changed = false;
         for (int j = 0; j < n; ++j) {
             const int k = truncToInt(0.5 - static_cast<double>(sample[j]));

@@ -13,9 +13,11 @@ float PerlinTexture3D::evaluate(const Record& r, int flags, float x, float y, fl
 }
 
 void PerlinTexture3D::evaluateBlock(const Record& r, int flags, const float* points, int n, float* out) {
-    if (isPlanar(flags)) return evaluateEach(r, flags, points, n, out);
     PointBlock p(points, n, 1.0f);
-    PerlinBatch::Get(p.x, p.y, p.z, n, r.octaves, r.frequency, r.amplitude, out);
+    if (isPlanar(flags))
+        PerlinBatch::Get(p.x, p.y, n, r.octaves, r.frequency, r.amplitude, out);
+    else
+        PerlinBatch::Get(p.x, p.y, p.z, n, r.octaves, r.frequency, r.amplitude, out);
     for (int i = 0; i < n; ++i) out[i] = clampUnit(static_cast<float>((out[i] + 1.0) / 2.0));
 }
 

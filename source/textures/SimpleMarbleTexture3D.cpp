@@ -99,7 +99,7 @@ float SimpleMarbleTexture3D::evaluate(const Record& r, int flags, float x, float
 // unchanged, while the frequency also stayed put, is settled for good, so
 // the pass runs until every point has settled and they keep their bits.
 void SimpleMarbleTexture3D::evaluateBlock(const Record& r, int flags, const float* points, int n, float* out) {
-    if (isPlanar(flags)) return evaluateEach(r, flags, points, n, out);
+    const bool planar = isPlanar(flags);
     const PointBlock q(points, n, r.textureScale);
     float x[kBlockPoints], y[kBlockPoints], z[kBlockPoints], sample[kBlockPoints];
     float* sum = out;
@@ -111,7 +111,10 @@ void SimpleMarbleTexture3D::evaluateBlock(const Record& r, int flags, const floa
             y[j] = f * q.y[j];
             z[j] = f * q.z[j];
         }
-        PerlinBatch::noise(x, y, z, sample, n);
+        if (planar)
+            PerlinBatch::noise(x, y, sample, n);
+        else
+            PerlinBatch::noise(x, y, z, sample, n);
         bool changed = false;
         for (int j = 0; j < n; ++j) {
             const float s = sum[j] + sample[j] / f;

@@ -144,7 +144,7 @@ INSTANTIATE_TEST_SUITE_P(Levels, PerlinBatchLevel,
                          ::testing::Values(SimdLevel::kScalar, SimdLevel::kAvx2, SimdLevel::kAvx512),
                          [](const auto& info) { return std::string(simdLevelName(info.param)); });
 
-TEST(PerlinBatchGet, OctaveSumsMatchPointByPointWhereverEachPointStops) {
+TEST(PerlinBatchGet, OctaveSumsMatchPointByPointWhereverEachPointStopsInSpaceAndThePlane) {
     const Cloud& c = cloud();
     constexpr int kPoints = 5000;
     struct Case {
@@ -159,12 +159,17 @@ TEST(PerlinBatchGet, OctaveSumsMatchPointByPointWhereverEachPointStops) {
         std::vector<float> x(c.x.begin(), c.x.begin() + kPoints), y(c.y.begin(), c.y.begin() + kPoints),
             z(c.z.begin(), c.z.begin() + kPoints), out(kPoints);
         PerlinBatch::Get(x.data(), y.data(), z.data(), kPoints, k.octaves, k.freq, k.amp, out.data());
+        std::vector<float> px(c.x.begin(), c.x.begin() + kPoints), py(c.y.begin(), c.y.begin() + kPoints),
+            plane(kPoints);
+        PerlinBatch::Get(px.data(), py.data(), kPoints, k.octaves, k.freq, k.amp, plane.data());
         int wrong = 0;
         for (int i = 0; i < kPoints && wrong < 3; ++i) {
             const float expected = Perlin::Get(c.x[i], c.y[i], c.z[i], k.octaves, k.freq, k.amp);
-            if (bits(out[i]) != bits(expected)) {
+            const float expectedPlane = Perlin::Get(c.x[i], c.y[i], k.octaves, k.freq, k.amp);
+            if (bits(out[i]) != bits(expected) || bits(plane[i]) != bits(expectedPlane)) {
                 ++wrong;
-                ADD_FAILURE() << k.octaves << " octaves, point " << i << ": " << out[i] << " instead of " << expected;
+                ADD_FAILURE() << k.octaves << " octaves, point " << i << ": " << out[i] << ", " << plane[i]
+                              << " in the plane, instead of " << expected << ", " << expectedPlane;
             }
         }
     }
