@@ -32,8 +32,12 @@ std::vector<float> packedPoints() {
     return points;
 }
 
+// The host's flags word: 2, its default, evaluates in space; 12 in the plane.
+constexpr int kSpace = 2;
+constexpr int kPlane = 12;
+
 // ns per point of continueSession over the whole cloud in one call.
-void BM_Session(benchmark::State& state, const GeneratorInfo* generator, int variant) {
+void BM_Session(benchmark::State& state, const GeneratorInfo* generator, int variant, int flags) {
     if (!plugin().ok()) {
         state.SkipWithError(plugin().error().c_str());
         return;
@@ -42,7 +46,8 @@ void BM_Session(benchmark::State& state, const GeneratorInfo* generator, int var
     const int n = static_cast<int>(points.size() / 3);
     std::vector<float> out(n);
     const std::vector<char> record = RecordVariants::record(*generator, variant);
-    PluginSession session(plugin(), std::vector<unsigned char>(record.begin(), record.begin() + generator->recordSize), 2);
+    PluginSession session(plugin(), std::vector<unsigned char>(record.begin(), record.begin() + generator->recordSize),
+                          flags);
     for (auto _ : state) {
         session.evaluate(points.data(), n, out.data());
         benchmark::DoNotOptimize(out.data());
@@ -52,12 +57,13 @@ void BM_Session(benchmark::State& state, const GeneratorInfo* generator, int var
 }
 
 // Generators host sessions never open: the same batch call, in-process.
-void BM_Batch(benchmark::State& state, const GeneratorInfo* generator, int variant) {
+void BM_Batch(benchmark::State& state, const GeneratorInfo* generator, int variant, int flags) {
     const std::vector<float> points = packedPoints();
     const int n = static_cast<int>(points.size() / 3);
     std::vector<float> out(n);
     TexturePtr t(generator->create());
     t->setStateFromDescription(RecordVariants::record(*generator, variant).data());
+    t->setFlags(flags);
     for (auto _ : state) {
         (*t)(points.data(), n, out.data());
         benchmark::DoNotOptimize(out.data());
@@ -104,11 +110,14 @@ const int kRegistered = [] {
     benchmark::RegisterBenchmark("Peer/libnoise Perlin", BM_LibnoisePerlin)->Arg(1)->Arg(6);
     for (const GeneratorInfo* g : TextureFactory::allGenerators()) {
         const bool host = TextureFactory::isHostGenerator(*g);
+        const std::string prefix = std::string(host ? "Session/" : "Batch/") + std::string(g->name) + "/";
+        const auto bench = host ? BM_Session : BM_Batch;
         for (int v = 0; v < RecordVariants::kCount; ++v) {
-            const std::string name = std::string(host ? "Session/" : "Batch/") + std::string(g->name) + "/" +
-                                     std::string(RecordVariants::label(v));
-            benchmark::RegisterBenchmark(name.c_str(), host ? BM_Session : BM_Batch, g, v);
+            const std::string name = prefix + std::string(RecordVariants::label(v));
+            benchmark::RegisterBenchmark(name.c_str(), bench, g, v, kSpace);
         }
+        // The defaults again with the host's planar flags.
+        benchmark::RegisterBenchmark((prefix + "planar").c_str(), bench, g, 0, kPlane);
     }
     return 0;
 }();

@@ -63,7 +63,7 @@ def ns(name, table=None):
     v = (median if table is None else table).get(name)
     return "—" if v is None else f"{v:.1f}"
 
-variants = ["defaults", "switches", "detail", "detail+"]
+variants = ["defaults", "planar", "switches", "detail", "detail+"]
 out = []
 out.append("# Benchmarks\n")
 out.append("Produced by `tools/bench/table.sh` (`./run.sh bench-table`); do not edit by hand.\n")
@@ -91,7 +91,8 @@ if p and b and l:
 out.append("## Generators\n")
 out.append("Through the plug-in's `continueSession`, one call for all 4096 points "
            "(library-only generators, marked *, through the same batch call in-process). "
-           "Records: *defaults*; *switches*: every switch on (randomised colours, rounded "
+           "Records: *defaults*; *planar*: the defaults with the host's planar flags (12; every other "
+           "column is in space, flags 2); *switches*: every switch on (randomised colours, rounded "
            "corners, shading); *detail*: switches on, 8 octaves, every other integer field one "
            "past its default (the next style, pattern or shape); *detail+*: 12 octaves, two past, every real field a quarter larger.\n")
 out.append(f"The first columns are the defaults with the batch paths held to each instruction set; "
@@ -112,17 +113,18 @@ print("\n".join(out))
 # The README's digest: the primitives and every generator at its defaults.
 short = [f"Last run: {cpu}, one core of {cores}, {ctx.get('compiler', '?')}, "
          f"{ctx.get('date', '?')[:10]}; ns per point, median of {reps}.\n",
-         "| what | " + " | ".join(levels) + " |", "|---|" + "---:|" * len(levels)]
+         "| what | " + " | ".join(levels) + f" | planar, {best} |", "|---|" + "---:|" * (len(levels) + 1)]
 short.append("| `Perlin::noise`, one point per call | " + " | ".join(
-    ns("Primitive/Perlin::noise(x,y,z)", by_level[lv]) for lv in levels) + " |")
+    ns("Primitive/Perlin::noise(x,y,z)", by_level[lv]) for lv in levels) + " | |")
 short.append("| `PerlinBatch::noise`, 4096 points per call | " + " | ".join(
-    ns("Primitive/PerlinBatch::noise", by_level[lv]) for lv in levels) + " |")
+    ns("Primitive/PerlinBatch::noise", by_level[lv]) for lv in levels) + " | |")
 short.append("| libnoise Perlin, 1 / 6 octaves (the peer) | " + " | ".join(
     ns("Peer/libnoise Perlin/1", by_level[lv]) + " / " + ns("Peer/libnoise Perlin/6", by_level[lv])
-    for lv in levels) + " |")
+    for lv in levels) + " | |")
 for kind, name in names:
     label = name + (" *" if kind == "Batch" else "")
-    short.append(f"| {label} | " + " | ".join(ns(f"{kind}/{name}/defaults", by_level[lv]) for lv in levels) + " |")
+    short.append(f"| {label} | " + " | ".join(ns(f"{kind}/{name}/defaults", by_level[lv]) for lv in levels)
+                 + f" | {ns(f'{kind}/{name}/planar')} |")
 with open(readme_part, "w") as f:
     f.write("\n".join(short) + "\n")
 PY
