@@ -307,18 +307,28 @@ void octaveSum(float* x, float* y, float* z, int n, int octaves, float freq, flo
                 PerlinBatch::noise(bx, by, bz, sample, m);
             else
                 PerlinBatch::noise(bx, by, sample, m);
+            // Separate loops for space and the plane: a test on z per point
+            // would cost more than the noise.
             bool changed = false;
-            for (int i = 0; i < m; ++i) {
-                const float s = sum[i] + sample[i] * a;
-                const float nx = bx[i] * 2.0f, ny = by[i] * 2.0f;
-                changed |= !sameBits(s, sum[i]) || !sameBits(nx, bx[i]) || !sameBits(ny, by[i]);
-                sum[i] = s;
-                bx[i] = nx;
-                by[i] = ny;
-                if (bz) {
-                    const float nz = bz[i] * 2.0f;
-                    changed |= !sameBits(nz, bz[i]);
+            if (bz) {
+                for (int i = 0; i < m; ++i) {
+                    const float s = sum[i] + sample[i] * a;
+                    const float nx = bx[i] * 2.0f, ny = by[i] * 2.0f, nz = bz[i] * 2.0f;
+                    changed |= !sameBits(s, sum[i]) || !sameBits(nx, bx[i]) || !sameBits(ny, by[i]) ||
+                               !sameBits(nz, bz[i]);
+                    sum[i] = s;
+                    bx[i] = nx;
+                    by[i] = ny;
                     bz[i] = nz;
+                }
+            } else {
+                for (int i = 0; i < m; ++i) {
+                    const float s = sum[i] + sample[i] * a;
+                    const float nx = bx[i] * 2.0f, ny = by[i] * 2.0f;
+                    changed |= !sameBits(s, sum[i]) || !sameBits(nx, bx[i]) || !sameBits(ny, by[i]);
+                    sum[i] = s;
+                    bx[i] = nx;
+                    by[i] = ny;
                 }
             }
             const float next = a * 0.5f;
