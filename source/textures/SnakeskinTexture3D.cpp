@@ -8,6 +8,7 @@
 #include "noise/CellNoise.h"
 #include "noise/FBM.h"
 #include "noise/Perlin.h"
+#include "noise/PerlinBatch.h"
 
 namespace gritwell {
 
@@ -34,15 +35,29 @@ const Rotation& rotation() {
     return kRotation;
 }
 
-// The grid wobble: gradient noise at v x frequency, times amplitude. A
-// coordinate on the lattice is moved half a cell, where the noise would
+// Where the grid wobble samples the gradient noise: v x frequency, a
+// coordinate on the lattice moved half a cell, where the noise would
 // otherwise always be 0.
-float getVariabilityNoise(const Vec2& v, float frequency, float amplitude) {
+Vec2 wobbleAt(const Vec2& v, float frequency) {
     float x = v[0] * frequency;
     float y = v[1] * frequency;
     if (std::fmod(x, 1.0f) == 0.0f) x += 0.5f;
     if (std::fmod(y, 1.0f) == 0.0f) y += 0.5f;
-    return Perlin::noise(x, y) * amplitude;
+    return {x, y};
+}
+
+// The grid wobble: the noise there times amplitude.
+float getVariabilityNoise(const Vec2& v, float frequency, float amplitude) {
+    const Vec2 p = wobbleAt(v, frequency);
+    return Perlin::noise(p.x, p.y) * amplitude;
+}
+
+// The point turned onto the scale rows and sheared into diamonds.
+Vec2 slanted(float x, float y) {
+    const Rotation& rot = rotation();
+    const float qx = x * rot.cosTheta - rot.sinTheta * y;
+    const float qy = x * rot.sinTheta + rot.cosTheta * y;
+    return {kOneOverSqrt2 * (qx + qy), qy};
 }
 
 float squaredDistance(const Vec2& a, const Vec2& b) {
@@ -69,23 +84,11 @@ bool outsideRoundedCorners(const SnakeskinTexture3D::Record& r, float hw, const 
     return false;
 }
 
-}  // namespace
-
-float SnakeskinTexture3D::evaluate(const Record& r, int, float x, float y, float) {
-    const Rotation& rot = rotation();
-    float qx = x * rot.cosTheta - rot.sinTheta * y;
-    float qy = x * rot.sinTheta + rot.cosTheta * y;
-    qx = kOneOverSqrt2 * (qx + qy);
-
-    if (r.scaleVariabilityEnabled != 0) {
-        const float f = r.scaleVariabilityFrequency;
-        const float a = r.scaleVariabilityAmplitude;
-        qx += getVariabilityNoise({qx, qy}, f, a);
-        // The second wobble reads the point before rotation: stored images
-        // depend on this.
-        qy += getVariabilityNoise({17.0f + x, y + 83.0f}, f, a);
-    }
-
+// The intensity at the wobbled grid point q: grooves, corners, then the
+// scale's tone. noiseSum() gives the fractal sum at q, asked for only on a
+// scale with noise added.
+template <class NoiseSum>
+float scaleIntensity(const SnakeskinTexture3D::Record& r, float qx, float qy, NoiseSum noiseSum) {
     const int ix = cellIndex(qx);
     const int iy = cellIndex(qy);
     const float fx = qx - static_cast<float>(ix);
@@ -104,13 +107,70 @@ float SnakeskinTexture3D::evaluate(const Record& r, int, float x, float y, float
     float c = kScaleColor;
     if (r.randomizeColors != 0) c = (r.maxColor - r.minColor) * CellNoise::cellNoise(qx, qy) + r.minColor;
 
+    if (r.scaleNoiseAdd != 0) c = static_cast<float>(0.25 * noiseSum() + static_cast<double>(c));
+    return clampUnit(c);
+}
+
+}  // namespace
+
+float SnakeskinTexture3D::evaluate(const Record& r, int, float x, float y, float) {
+    Vec2 q = slanted(x, y);
+    if (r.scaleVariabilityEnabled != 0) {
+        const float f = r.scaleVariabilityFrequency;
+        const float a = r.scaleVariabilityAmplitude;
+        q.x += getVariabilityNoise(q, f, a);
+        // The second wobble reads the point before rotation: stored images
+        // depend on this.
+        q.y += getVariabilityNoise({17.0f + x, y + 83.0f}, f, a);
+    }
+    return scaleIntensity(r, q.x, q.y, [&] {
+        const float d = r.scaleNoiseDetail;
+        return FBM::fBM(q.x * d, q.y * d, static_cast<float>(r.scaleNoiseOctaves), r.scaleNoiseLacunarity,
+                        r.scaleNoiseGain);
+    });
+}
+
+// The same steps, each across the block: the wobble's two noise samples per
+// point and the fractal sum through the batch noise. A sum the intensity
+// would not read (in a groove) is computed and left.
+void SnakeskinTexture3D::evaluateBlock(const Record& r, int, const float* points, int n, float* out) {
+    float qx[kBlockPoints], qy[kBlockPoints];
+    for (int i = 0; i < n; ++i) {
+        const Vec2 q = slanted(points[3 * i], points[3 * i + 1]);
+        qx[i] = q.x;
+        qy[i] = q.y;
+    }
+    if (r.scaleVariabilityEnabled != 0) {
+        const float f = r.scaleVariabilityFrequency;
+        const float a = r.scaleVariabilityAmplitude;
+        float ax[kBlockPoints]{}, ay[kBlockPoints]{}, bx[kBlockPoints]{}, by[kBlockPoints]{};
+        for (int i = 0; i < n; ++i) {
+            const float x = points[3 * i], y = points[3 * i + 1];
+            const Vec2 pa = wobbleAt({qx[i], qy[i]}, f);
+            const Vec2 pb = wobbleAt({17.0f + x, y + 83.0f}, f);
+            ax[i] = pa.x;
+            ay[i] = pa.y;
+            bx[i] = pb.x;
+            by[i] = pb.y;
+        }
+        PerlinBatch::noise(ax, ay, ax, n);
+        PerlinBatch::noise(bx, by, bx, n);
+        for (int i = 0; i < n; ++i) {
+            qx[i] += ax[i] * a;
+            qy[i] += bx[i] * a;
+        }
+    }
+    float sums[kBlockPoints];
     if (r.scaleNoiseAdd != 0) {
         const float d = r.scaleNoiseDetail;
-        const float n = FBM::fBM(qx * d, qy * d, static_cast<float>(r.scaleNoiseOctaves),
-                                 r.scaleNoiseLacunarity, r.scaleNoiseGain);
-        c = static_cast<float>(0.25 * n + static_cast<double>(c));
+        float sx[kBlockPoints], sy[kBlockPoints];
+        for (int i = 0; i < n; ++i) {
+            sx[i] = qx[i] * d;
+            sy[i] = qy[i] * d;
+        }
+        FBM::fBM(sx, sy, n, static_cast<float>(r.scaleNoiseOctaves), r.scaleNoiseLacunarity, r.scaleNoiseGain, sums);
     }
-    return clampUnit(c);
+    for (int i = 0; i < n; ++i) out[i] = scaleIntensity(r, qx[i], qy[i], [&] { return sums[i]; });
 }
 
 template class RecordTexture3D<SnakeskinTexture3D>;

@@ -63,6 +63,9 @@ public:
     // In [0, 1], or NaN where the record or the point makes the scale
     // intensity NaN; 0 in the grooves. z and the flags are ignored.
     static float evaluate(const Record& r, int flags, float x, float y, float z);
+    // The same for a block of points, the wobble and the noise sum across
+    // points at once.
+    static void evaluateBlock(const Record& r, int flags, const float* points, int n, float* out);
 
     float getStripeWidth() const { return record_.stripeWidth; }
     void setStripeWidth(float v) { record_.stripeWidth = v; }
