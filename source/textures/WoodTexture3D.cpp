@@ -6,6 +6,7 @@
 
 #include "noise/PRMan.h"
 #include "noise/Perlin.h"
+#include "noise/PerlinBatch.h"
 
 namespace gritwell {
 
@@ -16,18 +17,8 @@ namespace {
 constexpr float kRiseEnd = 0.8f;
 constexpr float kFallStart = 0.83f;
 
-}  // namespace
-
-float WoodTexture3D::evaluate(const Record& r, int, float x, float y, float z) {
-    // The whole point moves along (1, 1, 1); the rings run along y, so only
-    // the x and z of the moved point are ever measured.
-    if (r.frequency > 0.0f) {
-        const float n = Perlin::Get(x, y, z, r.octaves, r.frequency, r.amplitude);
-        const float shift = static_cast<float>((n + 1.0) / 2.0);
-        x = x + shift;
-        z = z + shift;
-    }
-
+// The rings at the moved point's x and z.
+float ringIntensity(const WoodTexture3D::Record& r, float x, float z) {
     float ring = std::sqrt(x * x + z * z) * r.ringScale;
     const float wobble = static_cast<float>((Perlin::noise(ring) + 1.0) / 2.0);
     ring = ring + std::fabs(wobble);
@@ -39,6 +30,37 @@ float WoodTexture3D::evaluate(const Record& r, int, float x, float y, float z) {
     const float t =
         PRMan::smoothstep(0.0f, kRiseEnd, ring) - PRMan::smoothstep(kFallStart, 1.0f, ring);
     return PRMan::mmix(r.lightColor, r.darkColor, t);
+}
+
+// How far the octave sum n moves the point along (1, 1, 1).
+float shiftBy(float n) { return static_cast<float>((n + 1.0) / 2.0); }
+
+}  // namespace
+
+float WoodTexture3D::evaluate(const Record& r, int, float x, float y, float z) {
+    // The whole point moves along (1, 1, 1); the rings run along y, so only
+    // the x and z of the moved point are ever measured.
+    if (r.frequency > 0.0f) {
+        const float shift = shiftBy(Perlin::Get(x, y, z, r.octaves, r.frequency, r.amplitude));
+        x = x + shift;
+        z = z + shift;
+    }
+    return ringIntensity(r, x, z);
+}
+
+// The octave sum across the block at once, then each point's rings.
+void WoodTexture3D::evaluateBlock(const Record& r, int, const float* points, int n, float* out) {
+    if (!(r.frequency > 0.0f)) {
+        for (int i = 0; i < n; ++i) out[i] = ringIntensity(r, points[3 * i], points[3 * i + 2]);
+        return;
+    }
+    PointBlock p(points, n, 1.0f);
+    float sums[kBlockPoints];
+    PerlinBatch::Get(p.x, p.y, p.z, n, r.octaves, r.frequency, r.amplitude, sums);
+    for (int i = 0; i < n; ++i) {
+        const float shift = shiftBy(sums[i]);
+        out[i] = ringIntensity(r, points[3 * i] + shift, points[3 * i + 2] + shift);
+    }
 }
 
 std::ostream& operator<<(std::ostream& os, const WoodTexture3D& t) {

@@ -41,6 +41,8 @@ public:
     // Between lightColor and darkColor, both included; NaN once the ring
     // radius overflows or a field is NaN.
     static float evaluate(const Record& r, int flags, float x, float y, float z);
+    // The same for a block of points, the octave sum across points at once.
+    static void evaluateBlock(const Record& r, int flags, const float* points, int n, float* out);
 
     // The ring scale truncated toward zero, while evaluation uses the stored
     // float: the dialog's whole-number control has always read it this way.
