@@ -3,6 +3,7 @@
 // bit, for every generator and record variant over a large random point set.
 
 #include <bit>
+#include <cmath>
 #include <cstdint>
 #include <random>
 #include <string>
@@ -43,6 +44,12 @@ std::vector<float> mixedPoints(int n, std::uint32_t seed) {
     return p;
 }
 
+// Every NaN counts as one value, as in the golden hashes: which sign a NaN
+// carries depends on the order the compiler gives an addition's operands,
+// which differs between the vector and the single-point code and between
+// builds, and no host reads it.
+std::uint32_t bits(float v) { return std::isnan(v) ? 0x7fc00000u : std::bit_cast<std::uint32_t>(v); }
+
 class BatchPath : public testing::TestWithParam<const GeneratorInfo*> {};
 
 }  // namespace
@@ -61,7 +68,7 @@ TEST_P(BatchPath, EqualsSinglePointEvaluationBitForBit) {
             (*t)(all.data(), n, batch.data());
             for (int i = 0; i < n; ++i) {
                 const float single = (*t)(&all[3 * static_cast<std::size_t>(i)]);
-                ASSERT_EQ(std::bit_cast<std::uint32_t>(batch[i]), std::bit_cast<std::uint32_t>(single))
+                ASSERT_EQ(bits(batch[i]), bits(single))
                     << RecordVariants::label(v) << ", flags " << flags << ", point (" << all[3 * i] << ", "
                     << all[3 * i + 1] << ", " << all[3 * i + 2] << ")";
             }
