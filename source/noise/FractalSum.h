@@ -41,12 +41,6 @@ float fractalSum(std::array<float, N> position, float octaves, float lacunarity,
     return sum;
 }
 
-// fractalSum over the lattice noise for n points at once: out[i] is
-// fractalSum<3>({x[i], y[i], z[i]}, ...) with latticeNoise<3>, or, with z
-// null, fractalSum<2>({x[i], y[i]}, ...) with latticeNoise<2>, bit for bit.
-// x, y and z are scratch and come back scaled. A point whose octave left it
-// unchanged would be left unchanged by every later one, so the pass runs
-// until every point has stopped and the finished ones keep their bits.
 // One octave over a block: each point's sum takes the sample, and its
 // position moves by the lacunarity (z null in the plane). True if any
 // point changed. The two forms are separate loops, each branch-free.
@@ -81,6 +75,12 @@ bool fractalOctave(float* x, float* y, float* z, int m, const float* sample, flo
     return changed;
 }
 
+// fractalSum over the lattice noise for n points at once: out[i] is
+// fractalSum<3>({x[i], y[i], z[i]}, ...) with latticeNoise<3>, or, with z
+// null, fractalSum<2>({x[i], y[i]}, ...) with latticeNoise<2>, bit for bit.
+// x, y and z are scratch and come back scaled. A point whose octave left it
+// unchanged would be left unchanged by every later one, so the pass runs
+// until every point has stopped and the finished ones keep their bits.
 template <class Add>
 void fractalSumBlock(float* x, float* y, float* z, int n, float octaves, float lacunarity, float gain, Add add,
                      float* out) {

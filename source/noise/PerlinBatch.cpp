@@ -308,7 +308,9 @@ void octaveSum(float* x, float* y, float* z, int n, int octaves, float freq, flo
             else
                 PerlinBatch::noise(bx, by, sample, m);
             // Separate loops for space and the plane: a test on z per point
-            // would cost more than the noise.
+            // would cost more than the noise. These are the steps of
+            // fractalOctave (FractalSum.h) with lacunarity 2, kept here:
+            // calling it measured 21 to 28 ns a point for Perlin Noise.
             bool changed = false;
             if (bz) {
                 for (int i = 0; i < m; ++i) {

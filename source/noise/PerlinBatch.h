@@ -14,7 +14,8 @@ public:
     static void noise(const float* x, const float* y, const float* z, float* out, int n);
     // The same on a chosen level (lowered to what this processor runs).
     static void noise(SimdLevel level, const float* x, const float* y, const float* z, float* out, int n);
-    // out[i] = Perlin::noise(x[i], y[i]), on this processor's best level or a chosen one.
+    // out[i] = Perlin::noise(x[i], y[i]), on this processor's best level or a
+    // chosen one; out may be x or y.
     static void noise(const float* x, const float* y, float* out, int n);
     static void noise(SimdLevel level, const float* x, const float* y, float* out, int n);
 
