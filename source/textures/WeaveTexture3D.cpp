@@ -79,12 +79,13 @@ float shade(float c, float s, double a) {
     return c * factor;
 }
 
-// The plain weave's fraction of a coordinate in its cell. Below zero it is
+// The plain weave's fraction of a coordinate in its cell, in double: the
+// shading angles take it unrounded, the pulses as a float. Below zero it is
 // one minus the remainder, so a negative integer gives 1, the far end of
 // the cell the cell-index rule puts it in.
-float plainFraction(float v) {
+double plainFraction(float v) {
     const double rest = std::fabs(std::fmod(static_cast<double>(v), 1.0));
-    return static_cast<float>(v >= 0.0f ? rest : 1.0 - rest);
+    return v >= 0.0f ? rest : 1.0 - rest;
 }
 
 // Evenness of a floored coordinate, as the twill has always tested it:
@@ -109,23 +110,25 @@ float WeaveTexture3D::evaluate(const Record& r, int, float x, float y, float) {
 // brightest there.
 float WeaveTexture3D::simple(const Record& r, float x, float y) {
     const Threads t = threads(r, x, y);
-    const float fx = plainFraction(x);
-    const float fy = plainFraction(y);
+    const double fx = plainFraction(x);
+    const double fy = plainFraction(y);
+    const float pulseX = static_cast<float>(fx);
+    const float pulseY = static_cast<float>(fy);
     const bool shading = r.shadingEnable != 0;
 
     float c;
     if (isEven(t.ix) == isEven(t.iy)) {
-        const float hp = squarepulse(t.h0, t.h1, fy);
+        const float hp = squarepulse(t.h0, t.h1, pulseY);
         c = mix(r.backgroundColor, t.hc, hp);
         if (shading && hp == 1.0f) c = shade(c, r.shadingHorizontalStrength, kPi + fx * kPi);
-        const float vp = squarepulse(t.va, t.vb, fx);
+        const float vp = squarepulse(t.va, t.vb, pulseX);
         c = mix(c, t.vc, vp);
         if (shading && vp == 1.0f) c = shade(c, r.shadingVerticalStrength, kPi * fy);
     } else {
-        const float vp = squarepulse(t.va, t.vb, fx);
+        const float vp = squarepulse(t.va, t.vb, pulseX);
         c = mix(r.backgroundColor, t.vc, vp);
         if (shading && vp == 1.0f) c = shade(c, r.shadingVerticalStrength, kPi + fy * kPi);
-        const float hp = squarepulse(t.h0, t.h1, fy);
+        const float hp = squarepulse(t.h0, t.h1, pulseY);
         c = mix(c, t.hc, hp);
         if (shading && hp == 1.0f) c = shade(c, r.shadingHorizontalStrength, kPi * fx);
     }

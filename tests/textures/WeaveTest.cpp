@@ -137,6 +137,25 @@ TEST(Weave, PlainWeaveCellsFollowTheCellIndexRule) {
     expectValues(t, {{-1.0f, 0.02f, 0.0f, 0.75f}});
 }
 
+TEST(Weave, PlainWeaveFractionReachesTheShadingUnrounded) {
+    // Below zero the fraction 1 - |fmod(x, 1)| needs one bit more than a
+    // float holds; the shading angle pi x fraction takes it in double. At
+    // (x, 0.5) in an odd column the horizontal thread lies on top, shaded
+    // with sin(pi fraction), worked in double. (A fraction rounded to float
+    // gives 0.768778205, 0.784873664, 0.858950317 and 0.939997137.)
+    WeaveTexture3D t;
+    const std::pair<float, float> cases[] = {
+        {-0.150700003f, 0.768778265f},
+        {-0.164399996f, 0.784873724f},
+        {-0.232899994f, 0.858950257f},
+        {-0.328799993f, 0.939997196f},
+    };
+    for (const auto& [x, expected] : cases) {
+        const float p[3] = {x, 0.5f, 0.0f};
+        EXPECT_EQ(t(p), expected) << "x = " << x;
+    }
+}
+
 // ---- Herringbone ----
 
 TEST(Weave, HerringboneBandsAreTwoCellsWide) {
