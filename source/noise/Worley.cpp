@@ -209,15 +209,22 @@ double Get(double x, double y, double z, VoronoiType t, DistanceMethod m) {
         // two families have always differed here.
         case Crackle:
             return std::max(1.0, 10.0 * Get(x, y, z, Difference21, m));
+        case First:
+            noise(at, 1, F, delta, ID, m);
+            return F[0];
         case Second:
         case Third:
         case Fourth:
+        default:  // every further order, and the invalid negative types
+            if (t < First) {
+                noise(at, 1, F, delta, ID, m);
+                return F[0];
+            }
+            // No 27 cubes hold that many features: the distance never
+            // leaves its starting value, whose bits are these.
+            if (t >= kMaxOrder) return std::sqrt(kUnset) * kInverseDensity;
             noise(at, t + 1, F, delta, ID, m);
             return F[t];
-        case First:
-        default:
-            noise(at, 1, F, delta, ID, m);
-            return F[0];  // First, and every invalid type
     }
 }
 

@@ -12,8 +12,9 @@
 
 namespace gritwell::Worley {
 
-// What Get returns; the same values as Voronoi::VoronoiType. Values outside
-// 0..6 are not valid; Get treats them like First.
+// What Get returns; the same values as Voronoi::VoronoiType. A type t of 7
+// or more returns F[t], the (t + 1)-th nearest distance, like First to Fourth;
+// negative values are not valid, and Get treats them like First.
 enum VoronoiType : std::int32_t {
     First = 0,
     Second = 1,
@@ -37,8 +38,10 @@ enum DistanceMethod : std::int32_t {
     Minkowski5 = 7,         // powf(sqrt|dx| + sqrt|dy| + sqrt|dz|, 4)^2: returns the 4th power
 };
 
-// The largest order the search keeps; the arrays of Get hold this many.
-constexpr long kMaxOrder = 4;
+// The largest order the search keeps: the most features its 27 cubes can
+// hold, at most 5 each. A higher order finds no more: its further distances
+// stay at the search's starting value.
+constexpr long kMaxOrder = 27 * 5;
 
 // Feature points per cube, indexed by the top byte of the cube hash: Steven
 // Worley's published table, an approximate Poisson distribution (values 0..5).
@@ -46,8 +49,8 @@ extern const std::int32_t Poisson_count[256];
 
 // The max_order nearest features of the sample at[0..2]: F[0..max_order-1]
 // their distances ascending (>= 0), delta[] the vectors from the sample to
-// them, ID[] their 32-bit identifiers. max_order is 1..4: below 1 nothing is
-// written, above 4 only the nearest four are found. A sample with a NaN,
+// them, ID[] their 32-bit identifiers. max_order is 1..kMaxOrder: below 1
+// nothing is written, above kMaxOrder only the nearest kMaxOrder are found. A sample with a NaN,
 // infinite or beyond-int-range scaled coordinate finds no feature: every F
 // is sqrt(999999.9) * 2.5116162250408136 (about 2511.6), delta and ID 0.
 void noise(const double* at, long max_order, double* F, double (*delta)[3], unsigned long* ID,

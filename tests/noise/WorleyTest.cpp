@@ -180,26 +180,38 @@ TEST(Worley, GetCombinesWithoutFurtherScaling) {
     EXPECT_GT(crackleAboveFloor, 0);
 }
 
-TEST(Worley, OutOfRangeOrdersAndEnumerationsStayInBounds) {
+TEST(Worley, EveryOrderIsTheNextNearestAndOthersStayInBounds) {
     const double at[3] = {1.3, -4.2, 7.7};
     const double sentinel = -123.0;
-    double F[9];
-    double delta[9][3];
-    unsigned long ID[9];
+    const double unset = std::sqrt(999999.9) * kScale;
+    constexpr int kOrders = 12;
+    double F[kOrders + 1];
+    double delta[kOrders + 1][3];
+    unsigned long ID[kOrders + 1];
 
-    std::fill_n(F, 9, sentinel);
+    std::fill_n(F, kOrders + 1, sentinel);
     Worley::noise(at, 0, F, delta, ID, Worley::Length);
     Worley::noise(at, -5, F, delta, ID, Worley::Length);
     EXPECT_EQ(F[0], sentinel);
 
-    Worley::noise(at, 9, F, delta, ID, Worley::Length);
-    const Result four = search(at[0], at[1], at[2], Worley::Length);
+    // Orders beyond four keep going outwards: the first four are the order-4
+    // search's, the rest ascend, and nothing past the order is written.
+    Worley::noise(at, kOrders, F, delta, ID, Worley::Manhattan);
+    const Result four = search(at[0], at[1], at[2], Worley::Manhattan);
     for (int r = 0; r < 4; ++r) EXPECT_EQ(F[r], four.F[r]);
-    for (int r = 4; r < 9; ++r) EXPECT_EQ(F[r], sentinel);
+    for (int r = 4; r < kOrders; ++r) EXPECT_LT(F[r - 1], F[r]) << "order " << r;
+    EXPECT_LT(F[kOrders - 1], unset);
+    EXPECT_EQ(F[kOrders], sentinel);
 
-    for (const int t : {7, -1, 1000})
-        EXPECT_EQ(Worley::Get(at[0], at[1], at[2], Worley::VoronoiType(t), Worley::Manhattan),
-                  Worley::Get(at[0], at[1], at[2], Worley::First, Worley::Manhattan));
+    // Type t returns F[t] for every t from 7 on; the 27 cubes searched never
+    // hold more than 135 features, so beyond that the distance is the
+    // search's starting value. Negative types are invalid and give F1.
+    const auto get = [&](int t) {
+        return Worley::Get(at[0], at[1], at[2], Worley::VoronoiType(t), Worley::Manhattan);
+    };
+    for (int t = 7; t < kOrders; ++t) EXPECT_EQ(get(t), F[t]) << "type " << t;
+    for (const int t : {135, 1000, 2147483647}) EXPECT_EQ(get(t), unset) << "type " << t;
+    for (const int t : {-1, -2147483647 - 1}) EXPECT_EQ(get(t), F[0]) << "type " << t;
     for (const int m : {8, -1, 99})
         EXPECT_EQ(Worley::Get(at[0], at[1], at[2], Worley::Fourth, Worley::DistanceMethod(m)),
                   Worley::Get(at[0], at[1], at[2], Worley::Fourth, Worley::Length));
