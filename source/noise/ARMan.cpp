@@ -110,9 +110,42 @@ void voronoi_f1f2_3d(const float* P, float jitter, float& f1, float* pos1, float
     best.write(f1, pos1, f2, pos2);
 }
 
+void voronoi_f1_3d(const float* P, float jitter, float& f1, float* pos1) {
+    const float cx = cellCentre(P[0]);
+    const float cy = cellCentre(P[1]);
+    const float cz = cellCentre(P[2]);
+    float d1 = kFarAway;
+    float best[3] = {};
+    for (int i = -1; i <= 1; ++i) {
+        const float tx = cx + static_cast<float>(i);
+        for (int j = -1; j <= 1; ++j) {
+            const float ty = cy + static_cast<float>(j);
+            for (int k = -1; k <= 1; ++k) {
+                const float tz = cz + static_cast<float>(k);
+                // Three values, one per axis: a slice at any height or
+                // angle meets features at every offset.
+                const float rx = CellNoise::cellNoise(tx, ty, tz);
+                const float ry = CellNoise::cellNoise(ty, tz, tx);
+                const float rz = CellNoise::cellNoise(tz, tx, ty);
+                const float q[3] = {place(tx, jitter, rx), place(ty, jitter, ry), place(tz, jitter, rz)};
+                const float dx = P[0] - q[0];
+                const float dy = P[1] - q[1];
+                const float dz = P[2] - q[2];
+                const float d = dx * dx + dy * dy + dz * dz;
+                if (d < d1) {
+                    d1 = d;
+                    std::copy_n(q, 3, best);
+                }
+            }
+        }
+    }
+    f1 = static_cast<float>(std::sqrt(static_cast<double>(d1)));
+    std::copy_n(best, 3, pos1);
+}
+
 // ---- The searches, sixteen or eight points at a time -------------------------
 //
-// voronoi_f1f2_2d's and voronoi_f1f2_3d's searches, one lane per point, with
+// voronoi_f1f2_2d's and voronoi_f1_3d's searches, one lane per point, with
 // the same operations in the same order: the cell hash on 32-bit lanes, the
 // double-precision centre and placement in two halves, and the strict
 // comparison that lets the earlier of equal candidates stay ahead.
@@ -166,9 +199,10 @@ GRITWELL_AVX512 void nearest16(const float* xs, const float* ys, const float* zs
                 const __m512 tz = _mm512_add_ps(cz, _mm512_set1_ps(static_cast<float>(k)));
                 const __m512 rx = cellNoiseLanes(tx, ty, tz);
                 const __m512 ry = cellNoiseLanes(ty, tz, tx);
+                const __m512 rz = cellNoiseLanes(tz, tx, ty);
                 const __m512 qx = placeLanes(tx, jitterLanes, rx);
                 const __m512 qy = placeLanes(ty, jitterLanes, ry);
-                const __m512 qz = placeLanes(tz, jitterLanes, ry);
+                const __m512 qz = placeLanes(tz, jitterLanes, rz);
                 const __m512 dx = _mm512_sub_ps(px, qx), dy = _mm512_sub_ps(py, qy), dz = _mm512_sub_ps(pz, qz);
                 const __m512 d =
                     _mm512_add_ps(_mm512_add_ps(_mm512_mul_ps(dx, dx), _mm512_mul_ps(dy, dy)), _mm512_mul_ps(dz, dz));
@@ -188,13 +222,13 @@ GRITWELL_AVX512 void nearest16(const float* xs, const float* ys, const float* zs
 }
 
 GRITWELL_AVX512 void twoNearest16(const float* xs, const float* ys, float jitter, float* f1, float* f2, float* nx,
-                                  float* ny) {
+                                  float* ny, float* sx, float* sy) {
     const __m512 px = _mm512_loadu_ps(xs), py = _mm512_loadu_ps(ys);
     const __m512 cx = centreLanes(px), cy = centreLanes(py);
     const __m512d jitterLanes = _mm512_set1_pd(static_cast<double>(jitter));
     const __m512 zero = _mm512_setzero_ps();
     __m512 d1 = _mm512_set1_ps(kFarAway), d2 = d1;
-    __m512 bx = zero, by = zero;
+    __m512 bx = zero, by = zero, cx2 = zero, cy2 = zero;
     for (int i = -1; i <= 1; ++i) {
         const __m512 tx = _mm512_add_ps(cx, _mm512_set1_ps(static_cast<float>(i)));
         for (int j = -1; j <= 1; ++j) {
@@ -209,6 +243,8 @@ GRITWELL_AVX512 void twoNearest16(const float* xs, const float* ys, float jitter
             const __mmask16 first = _mm512_cmp_ps_mask(d, d1, _CMP_LT_OQ);
             const __mmask16 second = _mm512_kandn(first, _mm512_cmp_ps_mask(d, d2, _CMP_LT_OQ));
             d2 = _mm512_mask_blend_ps(first, _mm512_mask_blend_ps(second, d2, d), d1);
+            cx2 = _mm512_mask_blend_ps(first, _mm512_mask_blend_ps(second, cx2, qx), bx);
+            cy2 = _mm512_mask_blend_ps(first, _mm512_mask_blend_ps(second, cy2, qy), by);
             d1 = _mm512_mask_blend_ps(first, d1, d);
             bx = _mm512_mask_blend_ps(first, bx, qx);
             by = _mm512_mask_blend_ps(first, by, qy);
@@ -219,6 +255,8 @@ GRITWELL_AVX512 void twoNearest16(const float* xs, const float* ys, float jitter
     _mm512_storeu_ps(f2, narrow({_mm512_sqrt_pd(s2.low), _mm512_sqrt_pd(s2.high)}));
     _mm512_storeu_ps(nx, bx);
     _mm512_storeu_ps(ny, by);
+    _mm512_storeu_ps(sx, cx2);
+    _mm512_storeu_ps(sy, cy2);
 }
 
 #define GRITWELL_AVX2 __attribute__((target("avx2")))
@@ -275,9 +313,10 @@ GRITWELL_AVX2 void nearest8(const float* xs, const float* ys, const float* zs, f
                 const __m256 tz = _mm256_add_ps(cz, _mm256_set1_ps(static_cast<float>(k)));
                 const __m256 rx = cellNoiseLanes(tx, ty, tz);
                 const __m256 ry = cellNoiseLanes(ty, tz, tx);
+                const __m256 rz = cellNoiseLanes(tz, tx, ty);
                 const __m256 qx = placeLanes(tx, jitterLanes, rx);
                 const __m256 qy = placeLanes(ty, jitterLanes, ry);
-                const __m256 qz = placeLanes(tz, jitterLanes, ry);
+                const __m256 qz = placeLanes(tz, jitterLanes, rz);
                 const __m256 dx = _mm256_sub_ps(px, qx), dy = _mm256_sub_ps(py, qy), dz = _mm256_sub_ps(pz, qz);
                 const __m256 d =
                     _mm256_add_ps(_mm256_add_ps(_mm256_mul_ps(dx, dx), _mm256_mul_ps(dy, dy)), _mm256_mul_ps(dz, dz));
@@ -296,13 +335,13 @@ GRITWELL_AVX2 void nearest8(const float* xs, const float* ys, const float* zs, f
 }
 
 GRITWELL_AVX2 void twoNearest8(const float* xs, const float* ys, float jitter, float* f1, float* f2, float* nx,
-                               float* ny) {
+                               float* ny, float* sx, float* sy) {
     const __m256 px = _mm256_loadu_ps(xs), py = _mm256_loadu_ps(ys);
     const __m256 cx = centreLanes(px), cy = centreLanes(py);
     const __m256d jitterLanes = _mm256_set1_pd(static_cast<double>(jitter));
     const __m256 zero = _mm256_setzero_ps();
     __m256 d1 = _mm256_set1_ps(kFarAway), d2 = d1;
-    __m256 bx = zero, by = zero;
+    __m256 bx = zero, by = zero, cx2 = zero, cy2 = zero;
     for (int i = -1; i <= 1; ++i) {
         const __m256 tx = _mm256_add_ps(cx, _mm256_set1_ps(static_cast<float>(i)));
         for (int j = -1; j <= 1; ++j) {
@@ -317,6 +356,8 @@ GRITWELL_AVX2 void twoNearest8(const float* xs, const float* ys, float jitter, f
             const __m256 first = _mm256_cmp_ps(d, d1, _CMP_LT_OQ);
             const __m256 second = _mm256_andnot_ps(first, _mm256_cmp_ps(d, d2, _CMP_LT_OQ));
             d2 = _mm256_blendv_ps(_mm256_blendv_ps(d2, d, second), d1, first);
+            cx2 = _mm256_blendv_ps(_mm256_blendv_ps(cx2, qx, second), bx, first);
+            cy2 = _mm256_blendv_ps(_mm256_blendv_ps(cy2, qy, second), by, first);
             d1 = _mm256_blendv_ps(d1, d, first);
             bx = _mm256_blendv_ps(bx, qx, first);
             by = _mm256_blendv_ps(by, qy, first);
@@ -326,6 +367,8 @@ GRITWELL_AVX2 void twoNearest8(const float* xs, const float* ys, float jitter, f
     _mm256_storeu_ps(f2, rootLanes(d2));
     _mm256_storeu_ps(nx, bx);
     _mm256_storeu_ps(ny, by);
+    _mm256_storeu_ps(sx, cx2);
+    _mm256_storeu_ps(sy, cy2);
 }
 
 #endif  // __x86_64__
@@ -333,16 +376,18 @@ GRITWELL_AVX2 void twoNearest8(const float* xs, const float* ys, float jitter, f
 }  // namespace
 
 void voronoi_f1f2_2d(const float* x, const float* y, int n, float jitter, float* f1, float* f2, float* nearestX,
-                     float* nearestY) {
+                     float* nearestY, float* secondX, float* secondY) {
     int done = 0;
 #if defined(__x86_64__)
     const SimdLevel level = simdLevel();
     if (level == SimdLevel::kAvx512)
         for (; done + 16 <= n; done += 16)
-            twoNearest16(x + done, y + done, jitter, f1 + done, f2 + done, nearestX + done, nearestY + done);
+            twoNearest16(x + done, y + done, jitter, f1 + done, f2 + done, nearestX + done, nearestY + done,
+                         secondX + done, secondY + done);
     if (level >= SimdLevel::kAvx2)
         for (; done + 8 <= n; done += 8)
-            twoNearest8(x + done, y + done, jitter, f1 + done, f2 + done, nearestX + done, nearestY + done);
+            twoNearest8(x + done, y + done, jitter, f1 + done, f2 + done, nearestX + done, nearestY + done,
+                        secondX + done, secondY + done);
 #endif
     for (; done < n; ++done) {
         const float p[2] = {x[done], y[done]};
@@ -350,6 +395,8 @@ void voronoi_f1f2_2d(const float* x, const float* y, int n, float jitter, float*
         voronoi_f1f2_2d(p, jitter, f1[done], pos1, f2[done], pos2);
         nearestX[done] = pos1[0];
         nearestY[done] = pos1[1];
+        secondX[done] = pos2[0];
+        secondY[done] = pos2[1];
     }
 }
 
@@ -369,8 +416,8 @@ void voronoi_f1_3d(const float* x, const float* y, const float* z, int n, float 
 #endif
     for (; done < n; ++done) {
         const float p[3] = {x[done], y[done], z[done]};
-        float pos1[3], pos2[3], f2;
-        voronoi_f1f2_3d(p, jitter, f1[done], pos1, f2, pos2);
+        float pos1[3];
+        voronoi_f1_3d(p, jitter, f1[done], pos1);
         nearestX[done] = pos1[0];
         nearestY[done] = pos1[1];
         nearestZ[done] = pos1[2];

@@ -11,9 +11,12 @@ namespace {
 constexpr float kDark = 0.25f;
 constexpr float kLight = 0.75f;
 
-// Threads per unit: four dark then four light (houndstooth), or two and two.
-constexpr int kHoundstoothThreads = 8;
-constexpr int kPuppytoothThreads = 4;
+// Both checks are four dark threads then four light ones, woven in the
+// same twill, so both draw the same four-pointed tooth; the puppytooth packs
+// the repeat into half a unit, a tooth half the size.
+constexpr int kRepeatThreads = 8;
+constexpr float kHoundstoothThreadsPerUnit = 8.0f;
+constexpr float kPuppytoothThreadsPerUnit = 16.0f;
 
 // The 2/2 twill repeats every four crossings along a diagonal.
 constexpr int kTwillRepeat = 4;
@@ -27,21 +30,21 @@ int nonNegativeMod(int a, int m) {
 }  // namespace
 
 float HoundstoothTexture3D::evaluate(const Record& r, int, float x, float y, float) {
-    int n = kHoundstoothThreads;
+    float threadsPerUnit = kHoundstoothThreadsPerUnit;
     switch (static_cast<Pattern>(r.pattern)) {
         case HOUNDSTOOTH:
-            n = kHoundstoothThreads;
+            threadsPerUnit = kHoundstoothThreadsPerUnit;
             break;
         case PUPPYTOOTH:
         default:  // every non-zero value
-            n = kPuppytoothThreads;
+            threadsPerUnit = kPuppytoothThreadsPerUnit;
             break;
     }
 
     // The thread cells, scaled in float.
-    const float fn = static_cast<float>(n);
-    const int i = cellIndex(fn * x);
-    const int j = cellIndex(fn * y);
+    const int n = kRepeatThreads;
+    const int i = cellIndex(threadsPerUnit * x);
+    const int j = cellIndex(threadsPerUnit * y);
 
     const bool warpDark = nonNegativeMod(i, n) < n / 2;
     const bool weftDark = nonNegativeMod(j, n) < n / 2;

@@ -1,8 +1,9 @@
 #pragma once
 // "Houndstooth": the broken-check cloth of a 2/2 twill woven from threads
 // laid in equal bands of dark and light, in the x/y plane (z is ignored).
-// One repeat per unit square: eight threads each way, or four for the small
-// puppytooth; optionally one random tone shift per unit square.
+// Four dark threads then four light ones each way draw one four-pointed
+// tooth per repeat: one repeat per unit square, or four (half the size) for
+// the small puppytooth; optionally one random tone shift per unit square.
 
 #include <cstdint>
 #include <string_view>

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <cstring>
 
 #include "core/FloatToInt.h"
 #include "noise/CellNoise.h"
@@ -84,9 +86,9 @@ bool withinReach(GridPoint c, const double (&across)[5]) {
     return true;
 }
 
-// How far (x, y) lies inside the tile, in distance to its nearest edge;
-// negative outside.
-double depthInside(const PenroseRhombusTexture3D::Rhombus& t, double x, double y) {
+}  // namespace
+
+double PenroseRhombusTexture3D::depthInside(const Rhombus& t, double x, double y) {
     const double rx = kNormalX[t.r], ry = kNormalY[t.r];
     const double sx = kNormalX[t.s], sy = kNormalY[t.s];
     const double inverse = kInverseSine[t.s - t.r];
@@ -97,6 +99,8 @@ double depthInside(const PenroseRhombusTexture3D::Rhombus& t, double x, double y
     // The distance between opposite edges is the sine of the tile's angle.
     return std::min(std::min(a, 1.0 - a), std::min(b, 1.0 - b)) * std::fabs(kSine[t.s - t.r]);
 }
+
+namespace {
 
 float tone(float lo, float hi, const PenroseRhombusTexture3D::Rhombus& t) {
     // One cell per crossing: its two line numbers and its pair of families.
@@ -160,8 +164,20 @@ std::optional<PenroseRhombusTexture3D::Rhombus> PenroseRhombusTexture3D::rhombus
 float PenroseRhombusTexture3D::evaluate(const Record& r, int, float x, float y, float) {
     const std::optional<Rhombus> tile = rhombusAt(x, y);
     if (!tile) return r.fatColor;  // NaN, infinite or beyond the tiled range
+    // Each of the two tiles along an edge draws its half of the line. A
+    // point that rounding left just outside every tile lies on an edge.
+    if (r.edgeWidth > 0.0f && depthInside(*tile, x, y) < 0.5 * static_cast<double>(r.edgeWidth))
+        return r.edgeColor;
     if (tile->fat()) return r.fatRandomize != 0 ? tone(r.fatMinColor, r.fatMaxColor, *tile) : r.fatColor;
     return r.skinnyRandomize != 0 ? tone(r.skinnyMinColor, r.skinnyMaxColor, *tile) : r.skinnyColor;
+}
+
+void PenroseRhombusTexture3D::convertOlderRecord(Record& r, const char* in) {
+    if (Texture3D::majorVersion(in) != 1) return;
+    // The fields of version 1 lie where they lie now; only the edge is new.
+    std::memcpy(reinterpret_cast<char*>(&r) + sizeof r.header, in + sizeof r.header,
+                offsetof(Record, edgeWidth) - sizeof r.header);
+    r.edgeWidth = 0.0f;
 }
 
 template class RecordTexture3D<PenroseRhombusTexture3D>;

@@ -1,7 +1,8 @@
 #pragma once
 // "Penrose Rhombus": a Penrose tiling of the x/y plane by fat (72°) and
 // skinny (36°) rhombi with unit edges, each tile one flat tone, optionally a
-// random tone per tile. z and the planar flags are ignored.
+// random tone per tile, outlined by a thin edge line so that neighbouring
+// tiles of one tone still read as two. z and the planar flags are ignored.
 
 #include <cstdint>
 #include <optional>
@@ -15,9 +16,9 @@ namespace gritwell {
 class PenroseRhombusTexture3D final : public RecordTexture3D<PenroseRhombusTexture3D> {
 public:
     static constexpr std::string_view kName = "Penrose Rhombus";
-    static constexpr int kMajorVersion = 1;
+    static constexpr int kMajorVersion = 2;
     static constexpr int kMinorVersion = 0;
-    static constexpr int kRecordSize = 68;
+    static constexpr int kRecordSize = 76;
 
     struct Record {
         BaseData header = makeHeader(kRecordSize, kName, kMajorVersion, kMinorVersion);
@@ -31,6 +32,8 @@ public:
         std::uint8_t padding2[3] = {};
         float fatMinColor = 0.5f;
         float fatMaxColor = 1.0f;
+        float edgeWidth = 0.04f;            // full width of the line along tile edges; <= 0 draws none
+        float edgeColor = 0.0f;             // tone of that line
     };
     static constexpr FieldInfo kFields[] = {
         {"skinnyColor", offsetof(Record, skinnyColor), FieldType::Float},
@@ -41,6 +44,8 @@ public:
         {"fatRandomize", offsetof(Record, fatRandomize), FieldType::Bool},
         {"fatMinColor", offsetof(Record, fatMinColor), FieldType::Float},
         {"fatMaxColor", offsetof(Record, fatMaxColor), FieldType::Float},
+        {"edgeWidth", offsetof(Record, edgeWidth), FieldType::Float},
+        {"edgeColor", offsetof(Record, edgeColor), FieldType::Float},
     };
 
     // One tile of the tiling: the dual of the crossing of line nr of grid
@@ -63,11 +68,19 @@ public:
     static std::optional<Rhombus> rhombusAt(double x, double y);
     // The tile of one crossing, for 0 <= r < s <= 4 and any line numbers.
     static Rhombus rhombusOfCrossing(int r, int s, int nr, int ns);
+    // How far (x, y) lies inside tile t: its distance to the nearest edge,
+    // negative outside.
+    static double depthInside(const Rhombus& t, double x, double y);
 
-    // The tile's tone: fatColor / skinnyColor, or with the type's randomize
-    // flag min + (max - min) × a cell-noise value in [0, 1] of the tile.
+    // edgeColor within edgeWidth / 2 of the tile's edges, for a positive
+    // edgeWidth (and there where rounding puts a point just outside every
+    // tile); elsewhere the tile's tone:
+    // fatColor / skinnyColor, or with the type's randomize flag
+    // min + (max - min) × a cell-noise value in [0, 1] of the tile.
     // fatColor where rhombusAt has no tile.
     static float evaluate(const Record& r, int flags, float x, float y, float z);
+    // Version 1 (68 bytes) had no edge line: it keeps its look, edgeWidth 0.
+    static void convertOlderRecord(Record& r, const char* in);
 
     float getSkinnyColor() const { return record_.skinnyColor; }
     void setSkinnyColor(float c) { record_.skinnyColor = c; }
@@ -85,6 +98,10 @@ public:
     void setFatMinColor(float c) { record_.fatMinColor = c; }
     float getFatMaxColor() const { return record_.fatMaxColor; }
     void setFatMaxColor(float c) { record_.fatMaxColor = c; }
+    float getEdgeWidth() const { return record_.edgeWidth; }
+    void setEdgeWidth(float w) { record_.edgeWidth = w; }
+    float getEdgeColor() const { return record_.edgeColor; }
+    void setEdgeColor(float c) { record_.edgeColor = c; }
 
 private:
     friend class RecordTexture3D<PenroseRhombusTexture3D>;
@@ -99,6 +116,8 @@ static_assert(offsetof(PenroseRhombusTexture3D::Record, skinnyMaxColor) == 52);
 static_assert(offsetof(PenroseRhombusTexture3D::Record, fatRandomize) == 56);
 static_assert(offsetof(PenroseRhombusTexture3D::Record, fatMinColor) == 60);
 static_assert(offsetof(PenroseRhombusTexture3D::Record, fatMaxColor) == 64);
+static_assert(offsetof(PenroseRhombusTexture3D::Record, edgeWidth) == 68);
+static_assert(offsetof(PenroseRhombusTexture3D::Record, edgeColor) == 72);
 
 extern template class RecordTexture3D<PenroseRhombusTexture3D>;
 

@@ -1,5 +1,7 @@
 #include "textures/VoronoiTileTexture3D.h"
 
+#include <cmath>
+
 #include "core/UnitRange.h"
 #include "noise/ARMan.h"
 #include "noise/CellNoise.h"
@@ -16,23 +18,40 @@ constexpr float kCellNoiseWeight = 0.25f;     // how far the noise moves a tile'
 
 }  // namespace
 
-// Everything in single precision, left to right as written:
-//   e = (f2 - f1) / 2 [+ 0.1 * fBM(detail * x, detail * y, ...)]
+// In single precision, left to right as written, but for the distance to the
+// edge (in double, rounded once):
+//   e = distance from p to the bisector of the two nearest features
+//       [+ 0.1 * fBM(detail * x, detail * y, ...)]
 //   grout where e < thickness / 2
 //   c = min + (max - min) * cellNoise(feature) [+ 0.25 * fBM(...)]
 // The octave counts reach the fractal sum as floats; its own exact early
 // exit bounds the loop for a damaged record's huge counts.
 namespace {
 
-// Everything after the search, from the two nearest distances and the
+// How far p lies from the bisector of features a (the nearest) and b: the
+// tile edge between them. (m - p) . (b - a) / |b - a|, m their midpoint,
+// in double. Half the gap between the two distances, (f2 - f1) / 2, would
+// be cheaper, but it falls short of the edge distance wherever p is off the
+// line through the features, by up to the whole of it: grout drawn from it
+// widens into wedges towards the tile corners. Coinciding features (the
+// search's answer for NaN and infinite points) give 0: grout, as the sample
+// that finds no feature always has been.
+float edgeDistance(float px, float py, const float a[2], const float b[2]) {
+    const double ux = static_cast<double>(b[0]) - a[0];
+    const double uy = static_cast<double>(b[1]) - a[1];
+    if (ux == 0.0 && uy == 0.0) return 0.0f;
+    const double mx = 0.5 * (static_cast<double>(a[0]) + b[0]);
+    const double my = 0.5 * (static_cast<double>(a[1]) + b[1]);
+    return static_cast<float>(((mx - px) * ux + (my - py) * uy) / std::sqrt(ux * ux + uy * uy));
+}
+
+// Everything after the search, from the distance to the edge and the
 // nearest feature. The two noise terms are asked for only where they count:
 // boundaryNoise() and cellNoise() give the fractal sums at the point.
 template <class BoundaryNoise, class CellNoiseSum>
-float shade(const VoronoiTileTexture3D::Record& r, float f1, float f2, const float nearest[2],
-            BoundaryNoise boundaryNoise, CellNoiseSum cellNoise) {
-    // Half the gap between the two nearest distances: zero on the bisector,
-    // and the distance to it along the line joining the two features.
-    float e = (f2 - f1) / 2.0f;
+float shade(const VoronoiTileTexture3D::Record& r, float edge, const float nearest[2], BoundaryNoise boundaryNoise,
+            CellNoiseSum cellNoise) {
+    float e = edge;
     if (r.boundaryAddNoise != 0) e = e + kBoundaryNoiseWeight * boundaryNoise();
     if (e < r.boundaryThickness / 2.0f) return kGrout;
 
@@ -74,7 +93,8 @@ float VoronoiTileTexture3D::evaluate(const Record& r, int, float x, float y, flo
     float nearest[2], second[2];
     ARMan::voronoi_f1f2_2d(p, r.cellVariability, f1, nearest, f2, second);
     return shade(
-        r, f1, f2, nearest, [&] { return boundarySum(r, x, y); }, [&] { return cellSum(r, x, y); });
+        r, edgeDistance(x, y, nearest, second), nearest, [&] { return boundarySum(r, x, y); },
+        [&] { return cellSum(r, x, y); });
 }
 
 // The search and the noise sums across the block at once, then each point's
@@ -82,15 +102,18 @@ float VoronoiTileTexture3D::evaluate(const Record& r, int, float x, float y, flo
 void VoronoiTileTexture3D::evaluateBlock(const Record& r, int, const float* points, int n, float* out) {
     const PointBlock p(points, n, 1.0f);
     float f1[kBlockPoints], f2[kBlockPoints], nearestX[kBlockPoints], nearestY[kBlockPoints];
-    ARMan::voronoi_f1f2_2d(p.x, p.y, n, r.cellVariability, f1, f2, nearestX, nearestY);
+    float secondX[kBlockPoints], secondY[kBlockPoints];
+    ARMan::voronoi_f1f2_2d(p.x, p.y, n, r.cellVariability, f1, f2, nearestX, nearestY, secondX, secondY);
     float boundary[kBlockPoints], cell[kBlockPoints];
     if (r.boundaryAddNoise != 0)
         sumsAcross(points, n, r.boundaryDetail, r.boundaryOctaves, r.boundaryLacunarity, r.boundaryGain, boundary);
     if (r.cellAddNoise != 0) sumsAcross(points, n, r.cellDetail, r.cellOctaves, r.cellLacunarity, r.cellGain, cell);
     for (int i = 0; i < n; ++i) {
         const float nearest[2] = {nearestX[i], nearestY[i]};
+        const float second[2] = {secondX[i], secondY[i]};
         out[i] = shade(
-            r, f1[i], f2[i], nearest, [&] { return boundary[i]; }, [&] { return cell[i]; });
+            r, edgeDistance(p.x[i], p.y[i], nearest, second), nearest, [&] { return boundary[i]; },
+            [&] { return cell[i]; });
     }
 }
 

@@ -555,7 +555,9 @@ TEST(PenroseRhombusPanel, ControlsReachTheSettersAndTheHost) {
                                             {"skinnyMaxColor", 45, &T::getSkinnyMaxColor},
                                             {"skinnyMinColor", 5, &T::getSkinnyMinColor},
                                             {"fatMaxColor", 95, &T::getFatMaxColor},
-                                            {"fatMinColor", 55, &T::getFatMinColor}},
+                                            {"fatMinColor", 55, &T::getFatMinColor},
+                                            {"edgeWidth", 25, &T::getEdgeWidth, 1000.0f},
+                                            {"edgeColor", 30, &T::getEdgeColor}},
                                            {{"skinnyRandomize", &T::getSkinnyRandomize},
                                             {"fatRandomize", &T::getFatRandomize}});
 
@@ -583,5 +585,6 @@ TEST(PenroseRhombusPanel, UpdateUIShowsTheRecordWithoutRewritingIt) {
     EXPECT_TRUE(p.control<QPushButton>("fatRandomize")->isChecked());
     EXPECT_EQ(p.control<QSlider>("fatMinColor")->value(), 60);
     EXPECT_EQ(p.control<QSlider>("fatMaxColor")->value(), 90);
+    EXPECT_EQ(p.control<QSlider>("edgeWidth")->value(), 40);  // 0.04 in thousandths
     EXPECT_EQ(p.record(), before);
 }

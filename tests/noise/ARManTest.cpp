@@ -117,6 +117,14 @@ TEST(ARMan, FeaturesAreDisplacedByCellNoise) {
             EXPECT_EQ(pos[2], place(t[2], ry));
             EXPECT_NEAR(pos[1] - t[1], pos[2] - t[2], 1e-6f);
         }
+        // The nearest alone: z from a third value, cellNoise(tz, tx, ty).
+        float f1, pos[3];
+        ARMan::voronoi_f1_3d(Q, jitter, f1, pos);
+        const float t[3] = {centre(pos[0]), centre(pos[1]), centre(pos[2])};
+        EXPECT_EQ(pos[0], place(t[0], CellNoise::cellNoise(t[0], t[1], t[2])));
+        EXPECT_EQ(pos[1], place(t[1], CellNoise::cellNoise(t[1], t[2], t[0])));
+        EXPECT_EQ(pos[2], place(t[2], CellNoise::cellNoise(t[2], t[0], t[1])));
+        EXPECT_EQ(f1, distanceTo(3, Q, pos));
     }
 }
 
@@ -182,8 +190,8 @@ TEST(ARMan, NearestFeatureOverArraysHasTheBitsOfThePointByPointSearch) {
         int wrong = 0;
         for (int i = 0; i < n && wrong < 3; ++i) {
             const float p[3] = {x[i], y[i], z[i]};
-            float oneF1, oneF2, pos1[3], pos2[3];
-            ARMan::voronoi_f1f2_3d(p, jitter, oneF1, pos1, oneF2, pos2);
+            float oneF1, pos1[3];
+            ARMan::voronoi_f1_3d(p, jitter, oneF1, pos1);
             if (bits(oneF1) != bits(f1[i]) || bits(pos1[0]) != bits(nx[i]) || bits(pos1[1]) != bits(ny[i]) ||
                 bits(pos1[2]) != bits(nz[i])) {
                 ++wrong;
@@ -206,15 +214,16 @@ TEST(ARMan, TwoNearestInThePlaneOverArraysHaveTheBitsOfThePointByPointSearch) {
     const int n = static_cast<int>(x.size());
     auto bits = [](float v) { return std::isnan(v) ? 0x7fc00000u : std::bit_cast<std::uint32_t>(v); };
     for (const float jitter : {0.0f, 0.75f, 1.0f, 3.0f}) {
-        std::vector<float> f1(x.size()), f2(x.size()), nx(x.size()), ny(x.size());
-        ARMan::voronoi_f1f2_2d(x.data(), y.data(), n, jitter, f1.data(), f2.data(), nx.data(), ny.data());
+        std::vector<float> f1(x.size()), f2(x.size()), nx(x.size()), ny(x.size()), sx(x.size()), sy(x.size());
+        ARMan::voronoi_f1f2_2d(x.data(), y.data(), n, jitter, f1.data(), f2.data(), nx.data(), ny.data(), sx.data(),
+                               sy.data());
         int wrong = 0;
         for (int i = 0; i < n && wrong < 3; ++i) {
             const float p[2] = {x[i], y[i]};
             float oneF1, oneF2, pos1[2], pos2[2];
             ARMan::voronoi_f1f2_2d(p, jitter, oneF1, pos1, oneF2, pos2);
             if (bits(oneF1) != bits(f1[i]) || bits(oneF2) != bits(f2[i]) || bits(pos1[0]) != bits(nx[i]) ||
-                bits(pos1[1]) != bits(ny[i])) {
+                bits(pos1[1]) != bits(ny[i]) || bits(pos2[0]) != bits(sx[i]) || bits(pos2[1]) != bits(sy[i])) {
                 ++wrong;
                 ADD_FAILURE() << "jitter " << jitter << ", point " << i << ": f1, f2 " << f1[i] << ", " << f2[i]
                               << " instead of " << oneF1 << ", " << oneF2;

@@ -1,5 +1,6 @@
 #include <cmath>
 #include <cstring>
+#include <tuple>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -21,11 +22,15 @@ struct Nearest {
     float pos[3];
 };
 
-Nearest nearest3d(float x, float y, float z, float jitter) {
+// In space features spread 1 - (1 - v)^3 of a cell for a layout
+// variability v, and a spot of the plane's radius a is a ball of radius
+// (0.75 a^2)^(1/3).
+float solidJitter(float v) { return 1.0f - (1.0f - v) * (1.0f - v) * (1.0f - v); }
+
+Nearest nearest3d(float x, float y, float z, float layoutVariability) {
     const float p[3] = {x, y, z};
     Nearest n{};
-    float f2, pos2[3];
-    ARMan::voronoi_f1f2_3d(p, jitter, n.f1, n.pos, f2, pos2);
+    ARMan::voronoi_f1_3d(p, solidJitter(layoutVariability), n.f1, n.pos);
     return n;
 }
 
@@ -45,8 +50,8 @@ float at(CheetahTexture3D& t, float x, float y, float z) {
 }  // namespace
 
 TEST(Cheetah, SpotsSitOnTheFeaturesAndNotBetweenThem) {
-    // At its defaults a spot's radius is at most 0.35 x 1.25 / 2 = 0.219, and
-    // the edge wobble at most about 0.1 either way.
+    // At its defaults a ball's radius is at most (0.75 x 0.219^2)^(1/3) =
+    // 0.332, and the edge wobble at most about 0.1 either way.
     CheetahTexture3D t;
     int between = 0;
     for (float x = -3.9f; x < 4.0f; x += 0.37f)
@@ -54,7 +59,7 @@ TEST(Cheetah, SpotsSitOnTheFeaturesAndNotBetweenThem) {
             const float z = 0.5f * x - 0.3f * y;
             const Nearest n = nearest3d(x, y, z, 0.75f);
             EXPECT_EQ(at(t, n.pos[0], n.pos[1], n.pos[2]), kSpot) << x << ", " << y;
-            if (n.f1 > 0.35f) {
+            if (n.f1 > 0.45f) {
                 EXPECT_EQ(at(t, x, y, z), kGround) << x << ", " << y;
                 ++between;
             }
@@ -62,21 +67,58 @@ TEST(Cheetah, SpotsSitOnTheFeaturesAndNotBetweenThem) {
     EXPECT_GT(between, 20);
 }
 
+TEST(Cheetah, EverySliceOfTheSolidLooksLikeThePlane) {
+    // The share of spot and where spots sit, on slices at several heights and
+    // one at an angle, against the plane's: the same coverage within 30%,
+    // and spots as often near a whole-number y as elsewhere (a fifth of them
+    // within 0.1 of one, were they spread evenly), not lined up in rows.
+    CheetahTexture3D t;
+    struct Slice {
+        float share, nearWholeY;
+    };
+    const auto slice = [&](auto point) {
+        constexpr int kSide = 200;
+        int spots = 0, nearWhole = 0;
+        for (int i = 0; i < kSide; ++i)
+            for (int j = 0; j < kSide; ++j) {
+                const float u = 0.15f * (static_cast<float>(i) + 0.5f), v = 0.15f * (static_cast<float>(j) + 0.5f);
+                const auto [x, y, z] = point(u, v);
+                if (at(t, x, y, z) != kSpot) continue;
+                ++spots;
+                const float fy = v - std::floor(v);
+                if (fy < 0.1f || fy > 0.9f) ++nearWhole;
+            }
+        return Slice{static_cast<float>(spots) / (kSide * kSide), static_cast<float>(nearWhole) / spots};
+    };
+    t.setFlags(12);
+    const Slice plane = slice([](float u, float v) { return std::tuple{u, v, 0.0f}; });
+    EXPECT_NEAR(plane.share, 0.10f, 0.02f);
+    t.setFlags(2);
+    for (const float z : {0.0f, 0.1f, 0.25f, 0.5f, 1.0f, -7.3f}) {
+        const Slice s = slice([z](float u, float v) { return std::tuple{u, v, z}; });
+        EXPECT_NEAR(s.share, plane.share, 0.3f * plane.share) << "z = " << z;
+        EXPECT_GT(s.nearWholeY, 0.14f) << "z = " << z;
+    }
+    const Slice tilted = slice([](float u, float v) { return std::tuple{0.6f * u, v, 0.8f * u + 0.5f}; });
+    EXPECT_NEAR(tilted.share, plane.share, 0.3f * plane.share);
+}
+
 TEST(Cheetah, EachSpotHasItsOwnSize) {
-    // Features at the cell centres and no wobble: a spot's radius is
-    // 0.35 x (0.75 + 0.5 c) / 2 with c the cell noise of its cell, worked
-    // out for the cells (2, 0, 0) (0.14670) and (3, 0, 0) (0.20250).
+    // Features at the cell centres and no wobble: a ball's radius is
+    // (0.75 a^2)^(1/3), a = 0.35 x (0.75 + 0.5 c) / 2 with c the cell noise of
+    // its cell, worked out for the cells (2, 0, 0) (a 0.14670, radius 0.2527)
+    // and (3, 0, 0) (a 0.20250, radius 0.3134).
     CheetahTexture3D t;
     t.setLayoutVariability(0.0f);
     t.setSpotVariability(0.0f);
     expectValues(t, {
         {2.5f, 0.5f, 0.5f, kSpot},
-        {2.64f, 0.5f, 0.5f, kSpot},
-        {2.67f, 0.5f, 0.5f, kGround},
-        {3.67f, 0.5f, 0.5f, kSpot},
-        {3.5f, 0.33f, 0.5f, kSpot},
-        {3.5f, 0.5f, 0.71f, kGround},
-        {3.71f, 0.5f, 0.5f, kGround},
+        {2.748f, 0.5f, 0.5f, kSpot},
+        {2.758f, 0.5f, 0.5f, kGround},
+        {3.81f, 0.5f, 0.5f, kSpot},
+        {3.5f, 0.2f, 0.5f, kSpot},
+        {3.5f, 0.5f, 0.82f, kGround},
+        {3.82f, 0.5f, 0.5f, kGround},
         {1.0f, 1.0f, 1.0f, kGround},  // 0.866 from every centre
     });
 }
@@ -91,11 +133,12 @@ TEST(Cheetah, ASpotKeepsItsSizeAcrossACellFace) {
     for (int cell = -40; cell < 40 && !checked; ++cell) {
         const Nearest f = nearest3d(static_cast<float>(cell) + 0.5f, 0.5f, 0.5f, 1.0f);
         const float faceX = std::floor(f.pos[0]) + 1.0f;
-        if (faceX - f.pos[0] > 0.07f) continue;
+        if (faceX - f.pos[0] > 0.1f) continue;
         const float own = CellNoise::cellNoise(f.pos[0], f.pos[1], f.pos[2]);
         const float across = CellNoise::cellNoise(faceX + 0.5f, f.pos[1], f.pos[2]);
         if (std::abs(own - across) < 0.1f) continue;
-        const float radius = 0.5f * 0.35f * (0.75f + 0.5f * own);
+        const float a = 0.5f * 0.35f * (0.75f + 0.5f * own);
+        const float radius = std::cbrt(0.75f * a * a);
         for (auto [offset, expected] : {std::pair{radius - 0.002f, kSpot}, std::pair{radius + 0.002f, kGround}})
             for (float side : {-1.0f, 1.0f}) {
                 const float x = f.pos[0] + side * offset;
@@ -109,7 +152,7 @@ TEST(Cheetah, ASpotKeepsItsSizeAcrossACellFace) {
 }
 
 TEST(Cheetah, SpotEdgesWobble) {
-    // Around the spot of cell (3, 0, 0), radius 0.2025: without wobble a ring
+    // Around the spot of cell (3, 0, 0), radius 0.3134: without wobble a ring
     // just outside is all ground and one just inside all spot; at full spot
     // variability each ring holds both.
     CheetahTexture3D t;
@@ -123,10 +166,10 @@ TEST(Cheetah, SpotEdgesWobble) {
         return std::pair{spots, ground};
     };
     t.setSpotVariability(0.0f);
-    EXPECT_EQ(ringCounts(0.23f), std::pair(0, 64));
-    EXPECT_EQ(ringCounts(0.17f), std::pair(64, 0));
+    EXPECT_EQ(ringCounts(0.345f), std::pair(0, 64));
+    EXPECT_EQ(ringCounts(0.285f), std::pair(64, 0));
     t.setSpotVariability(1.0f);
-    for (float radius : {0.23f, 0.17f}) {
+    for (float radius : {0.345f, 0.285f}) {
         const auto [spots, ground] = ringCounts(radius);
         EXPECT_GT(spots, 0) << radius;
         EXPECT_GT(ground, 0) << radius;
@@ -155,7 +198,7 @@ TEST(Cheetah, PlanarModeIgnoresZ) {
     t.setFlags(2);
     t.setLayoutVariability(0.0f);
     t.setSpotVariability(0.0f);
-    expectValues(t, {{3.67f, 0.5f, 17.3f, kGround}});
+    expectValues(t, {{3.67f, 0.5f, 17.0f, kGround}});
 }
 
 TEST(Cheetah, RecordLayoutAndVersionRule) {

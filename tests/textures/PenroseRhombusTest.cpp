@@ -62,13 +62,14 @@ TEST(PenroseRhombus, RecordLayoutDefaultsAndVersionRule) {
     PenroseRhombusTexture3D t;
     t.setSkinnyRandomize(true);
     t.setFatMaxColor(0.125f);
-    char record[68];
+    char record[76];
     t.getDescription(record);
-    EXPECT_EQ(record[0], 68);
+    EXPECT_EQ(record[0], 76);
     EXPECT_STREQ(record + 1, "Penrose Rhombus");
-    EXPECT_EQ(record[33], 1);
+    EXPECT_EQ(record[33], 2);
     EXPECT_EQ(record[34], 0);
-    const std::pair<int, float> floats[] = {{36, 0.25f}, {40, 0.75f}, {48, 0.0f}, {52, 0.5f}, {60, 0.5f}, {64, 0.125f}};
+    const std::pair<int, float> floats[] = {{36, 0.25f}, {40, 0.75f}, {48, 0.0f}, {52, 0.5f},
+                                            {60, 0.5f},  {64, 0.125f}, {68, 0.04f}, {72, 0.0f}};
     for (auto [offset, value] : floats) {
         float v;
         std::memcpy(&v, record + offset, sizeof v);
@@ -79,7 +80,7 @@ TEST(PenroseRhombus, RecordLayoutDefaultsAndVersionRule) {
 
     // Another version is ignored; this one is adopted, any non-zero flag byte reading true.
     record[56] = 7;
-    for (auto [major, minor] : {std::pair{2, 0}, {1, 1}, {-128, 0}}) {
+    for (auto [major, minor] : {std::pair{3, 0}, {2, 1}, {-128, 0}}) {
         record[33] = static_cast<char>(major);
         record[34] = static_cast<char>(minor);
         PenroseRhombusTexture3D fresh;
@@ -87,12 +88,56 @@ TEST(PenroseRhombus, RecordLayoutDefaultsAndVersionRule) {
         EXPECT_FALSE(fresh.getFatRandomize());
         EXPECT_EQ(fresh.getFatMaxColor(), 1.0f);
     }
-    record[33] = 1;
+    record[33] = 2;
     record[34] = 0;
     PenroseRhombusTexture3D fresh;
     fresh.setStateFromDescription(record);
     EXPECT_TRUE(fresh.getFatRandomize());
     EXPECT_EQ(fresh.getFatMaxColor(), 0.125f);
+
+    // Version 1 had the same fields up to byte 68 and no edge line: it keeps
+    // its fields and its look.
+    char v1[256] = {};
+    std::memcpy(v1, record, 68);
+    v1[0] = 68;
+    v1[33] = 1;
+    PenroseRhombusTexture3D converted;
+    converted.setEdgeColor(0.5f);
+    converted.setStateFromDescription(v1);
+    EXPECT_TRUE(converted.getFatRandomize());
+    EXPECT_TRUE(converted.getSkinnyRandomize());
+    EXPECT_EQ(converted.getFatMaxColor(), 0.125f);
+    EXPECT_EQ(converted.getEdgeWidth(), 0.0f);
+    EXPECT_EQ(converted.getEdgeColor(), 0.5f);
+}
+
+TEST(PenroseRhombus, EdgeLineRunsAlongEveryTileEdge) {
+    // Points at a known depth inside their tile: along the line from the
+    // tile's centre to its corner. Within half the edge width of an edge the
+    // edge colour, beyond it the tile's tone; a width of 0 draws no line.
+    PenroseRhombusTexture3D t;
+    t.setEdgeColor(0.125f);
+    std::mt19937 rng(5);
+    std::uniform_real_distribution<double> coord(-20.0, 20.0);
+    int onLine = 0, offLine = 0;
+    for (int i = 0; i < 400; ++i) {
+        const auto tile = PenroseRhombusTexture3D::rhombusAt(coord(rng), coord(rng));
+        ASSERT_TRUE(tile);
+        const double mx = centreX(*tile), my = centreY(*tile);
+        const double along = 0.01 + 0.24 * i / 400.0;
+        const float p[3] = {static_cast<float>(tile->x + along * (mx - tile->x)),
+                            static_cast<float>(tile->y + along * (my - tile->y)), 0.0f};
+        const double d = depth(*tile, p[0], p[1]);
+        if (std::fabs(d - 0.02) < 1e-6) continue;
+        const float tileTone = tile->fat() ? 0.75f : 0.25f;
+        EXPECT_EQ(t(p), d < 0.02 ? 0.125f : tileTone) << "at depth " << d;
+        ++(d < 0.02 ? onLine : offLine);
+        t.setEdgeWidth(0.0f);
+        EXPECT_EQ(t(p), tileTone);
+        t.setEdgeWidth(0.04f);
+    }
+    EXPECT_GT(onLine, 50);
+    EXPECT_GT(offLine, 50);
 }
 
 TEST(PenroseRhombus, WorkedTilesAndTheirTones) {
@@ -113,6 +158,7 @@ TEST(PenroseRhombus, WorkedTilesAndTheirTones) {
         {-12345.6, 7890.1, 0, 1, -4938, 1476, -12346.474668882543, 7889.875553324883},
     };
     PenroseRhombusTexture3D t;
+    t.setEdgeWidth(0.0f);  // the tones alone
     for (const WorkedTile& c : cases) {
         const auto found = PenroseRhombusTexture3D::rhombusAt(c.x, c.y);
         ASSERT_TRUE(found) << "at (" << c.x << ", " << c.y << ")";
@@ -201,6 +247,7 @@ TEST(PenroseRhombus, FatAndSkinnyCountsAreInTheGoldenRatio) {
 
 TEST(PenroseRhombus, RandomizedTonesAreOnePerTileWithinTheTypeRange) {
     PenroseRhombusTexture3D t;
+    t.setEdgeWidth(0.0f);
     t.setFatRandomize(true);
     t.setFatMinColor(0.6f);
     t.setFatMaxColor(0.9f);

@@ -111,6 +111,31 @@ TEST(VoronoiTile, GroutOnTheBisectorOfTwoFeaturesAndNotAtAFeature) {
     }
 }
 
+TEST(VoronoiTile, GroutHasOneWidthMeasuredFromTheBisector) {
+    // Anywhere in a tile, corners included: grout exactly where the point
+    // lies within half the thickness of the bisector of its two nearest
+    // features, that distance measured here in double from the positions.
+    VoronoiTileTexture3D t;
+    t.setBoundaryThickness(0.1f);
+    int grout = 0, tile = 0;
+    for (int i = 0; i < 150; ++i)
+        for (int j = 0; j < 150; ++j) {
+            const float x = -3.0f + 0.04f * static_cast<float>(i), y = 2.0f + 0.04f * static_cast<float>(j);
+            const float q[2] = {x, y};
+            float f1, f2, a[2], b[2];
+            ARMan::voronoi_f1f2_2d(q, 1.0f, f1, a, f2, b);
+            const double ux = double(b[0]) - a[0], uy = double(b[1]) - a[1];
+            const double toEdge =
+                ((0.5 * (double(a[0]) + b[0]) - x) * ux + (0.5 * (double(a[1]) + b[1]) - y) * uy) / std::hypot(ux, uy);
+            if (std::fabs(toEdge - 0.05) < 1e-6) continue;
+            const bool expectGrout = toEdge < 0.05;
+            EXPECT_EQ(at(t, x, y) == 0.0f, expectGrout) << x << ", " << y << ": " << toEdge << " from the edge";
+            ++(expectGrout ? grout : tile);
+        }
+    EXPECT_GT(grout, 1500);
+    EXPECT_GT(tile, 10000);
+}
+
 TEST(VoronoiTile, RandomizedColoursAreOneToneOfTheNearestFeaturePerTile) {
     VoronoiTileTexture3D t;
     t.setCellRandomizeColors(true);

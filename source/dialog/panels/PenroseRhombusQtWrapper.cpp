@@ -8,11 +8,13 @@
 namespace gritwell {
 
 namespace {
-// Tone sliders run 0..100 for 0..1.
+// Tone sliders run 0..100 for 0..1; the edge width's 0..100 for 0..0.1, a
+// tenth of a tile edge being already a heavy line.
 constexpr float kSliderUnits = 100.0f;
+constexpr float kEdgeWidthUnits = 1000.0f;
 
-int toSlider(float value) { return truncToInt(static_cast<double>(value * kSliderUnits)); }
-float fromSlider(int value) { return static_cast<float>(value) / kSliderUnits; }
+int toSlider(float value, float units = kSliderUnits) { return truncToInt(static_cast<double>(value * units)); }
+float fromSlider(int value, float units = kSliderUnits) { return static_cast<float>(value) / units; }
 }  // namespace
 
 PenroseRhombusQtWrapper::PenroseRhombusQtWrapper(PenroseRhombusTexture3D* texture, ImageArea* imageArea,
@@ -28,6 +30,8 @@ PenroseRhombusQtWrapper::PenroseRhombusQtWrapper(PenroseRhombusTexture3D* textur
     connect(ui_->fatRandomize, &QPushButton::toggled, this, &PenroseRhombusQtWrapper::fatRandomizeToggled);
     connect(ui_->fatMinColor, &QSlider::valueChanged, this, &PenroseRhombusQtWrapper::fatMinColorChanged);
     connect(ui_->fatMaxColor, &QSlider::valueChanged, this, &PenroseRhombusQtWrapper::fatMaxColorChanged);
+    connect(ui_->edgeWidth, &QSlider::valueChanged, this, &PenroseRhombusQtWrapper::edgeWidthChanged);
+    connect(ui_->edgeColor, &QSlider::valueChanged, this, &PenroseRhombusQtWrapper::edgeColorChanged);
 }
 
 void PenroseRhombusQtWrapper::updateUI() {
@@ -37,7 +41,7 @@ void PenroseRhombusQtWrapper::updateUI() {
         // stored range while the two sliders are half loaded.
         const QSignalBlocker b0(ui_->skinnyColor), b1(ui_->fatColor), b2(ui_->skinnyRandomize),
             b3(ui_->skinnyMinColor), b4(ui_->skinnyMaxColor), b5(ui_->fatRandomize), b6(ui_->fatMinColor),
-            b7(ui_->fatMaxColor);
+            b7(ui_->fatMaxColor), b8(ui_->edgeWidth), b9(ui_->edgeColor);
         ui_->skinnyColor->setValue(toSlider(texture_->getSkinnyColor()));
         ui_->fatColor->setValue(toSlider(texture_->getFatColor()));
         ui_->skinnyRandomize->setChecked(texture_->getSkinnyRandomize());
@@ -46,6 +50,8 @@ void PenroseRhombusQtWrapper::updateUI() {
         ui_->fatRandomize->setChecked(texture_->getFatRandomize());
         ui_->fatMinColor->setValue(toSlider(texture_->getFatMinColor()));
         ui_->fatMaxColor->setValue(toSlider(texture_->getFatMaxColor()));
+        ui_->edgeWidth->setValue(toSlider(texture_->getEdgeWidth(), kEdgeWidthUnits));
+        ui_->edgeColor->setValue(toSlider(texture_->getEdgeColor()));
     }
     const bool interactive = texture_->interactiveUpdate();
     commonUi_->newInteractiveUpdate->setChecked(interactive);
@@ -54,7 +60,7 @@ void PenroseRhombusQtWrapper::updateUI() {
 
 void PenroseRhombusQtWrapper::setInteractivity(bool on) {
     for (QSlider* slider : {ui_->skinnyColor, ui_->fatColor, ui_->skinnyMinColor, ui_->skinnyMaxColor,
-                            ui_->fatMinColor, ui_->fatMaxColor})
+                            ui_->fatMinColor, ui_->fatMaxColor, ui_->edgeWidth, ui_->edgeColor})
         slider->setTracking(on);
 }
 
@@ -105,6 +111,16 @@ void PenroseRhombusQtWrapper::fatMinColorChanged(int value) {
 void PenroseRhombusQtWrapper::fatMaxColorChanged(int value) {
     texture_->setFatMaxColor(fromSlider(value));
     if (value < ui_->fatMinColor->value()) ui_->fatMinColor->setValue(value);
+    redraw();
+}
+
+void PenroseRhombusQtWrapper::edgeWidthChanged(int value) {
+    texture_->setEdgeWidth(fromSlider(value, kEdgeWidthUnits));
+    redraw();
+}
+
+void PenroseRhombusQtWrapper::edgeColorChanged(int value) {
+    texture_->setEdgeColor(fromSlider(value));
     redraw();
 }
 

@@ -36,6 +36,8 @@ public slots:
     void fatRandomizeToggled(bool on);
     void fatMinColorChanged(int value);
     void fatMaxColorChanged(int value);
+    void edgeWidthChanged(int value);
+    void edgeColorChanged(int value);
 
 private:
     Ui_PenroseRhombusWidget* ui_;
