@@ -1,7 +1,9 @@
 #pragma once
 // "Cheetah": dark solid spots on a light ground, one per unit cell of a
 // jittered grid, each spot its own size with a wobbling edge. Planar mode
-// takes the 2-D search and noise in the x/y plane, ignoring z.
+// takes the 2-D search and noise in the x/y plane, ignoring z. In space the
+// spots are balls around features jittered independently along x, y and z,
+// sized so that a slice at any height or angle looks like the plane.
 
 #include <string_view>
 
