@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <iosfwd>
 #include <span>
 #include <string_view>
 
@@ -27,6 +28,9 @@ struct GeneratorInfo {
     int recordSize;
     std::span<const FieldInfo> fields;
     Texture3D* (*create)();  // a new generator at its defaults
+    // The generator's text stream operators, for a generator of this kind.
+    std::ostream& (*writeText)(std::ostream&, const Texture3D&);
+    std::istream& (*readText)(std::istream&, Texture3D&);
 
     const FieldInfo* field(std::string_view fieldName) const {
         for (const FieldInfo& f : fields)
