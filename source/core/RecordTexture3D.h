@@ -9,9 +9,11 @@
 //   static constexpr std::string_view kName; kMajorVersion, kMinorVersion, kRecordSize;
 //   static constexpr FieldInfo kFields[];
 //   static float evaluate(const Record&, int flags, float x, float y, float z);
-// and, where it reads older layouts,
+// and, where it reads older layouts, the major versions it reads and
+//   static constexpr int kOlderMajorVersions[] = {...};
 //   static void convertOlderRecord(Record&, const char* in);
-// and, where its text stream operators are to stay empty,
+// which is called only for a record of one of those versions; and, where its
+// text stream operators are to stay empty,
 //   static constexpr bool kFieldsAsText = false;
 // and, where a whole array evaluates faster than its points one by one,
 //   static void evaluateBlock(const Record&, int flags, const float* points, int n, float* out);
@@ -24,6 +26,7 @@
 #include <cstring>
 #include <iosfwd>
 #include <new>
+#include <span>
 #include <string>
 #include <type_traits>
 
@@ -82,14 +85,14 @@ public:
         std::memmove(out, &record(), sizeof(typename Derived::Record));
     }
 
-    // A record of our version is adopted whole, header included; any other
-    // version is converted where the generator knows the layout, and is
-    // otherwise ignored. A mismatching record is never copied raw.
+    // A record of our version is adopted whole, header included; one of an
+    // older major version the generator lists is converted; any other is
+    // ignored. A mismatching record is never copied raw.
     void setStateFromDescription(const char* in) override {
         auto& r = mutableRecord();
         if (versionsMatch(in, r.header))
             std::memcpy(&r, in, sizeof r);
-        else
+        else if (info().convertsMajorVersion(Texture3D::majorVersion(in)))
             Derived::convertOlderRecord(r, in);
     }
 
@@ -104,8 +107,8 @@ public:
 
     static const GeneratorInfo& info() {
         static const GeneratorInfo kInfo{Derived::kName,       Derived::kMajorVersion, Derived::kMinorVersion,
-                                         Derived::kRecordSize, Derived::kFields,       &create,
-                                         &writeText,           &readText};
+                                         Derived::kRecordSize, Derived::kFields,       olderMajorVersions(),
+                                         &create,              &writeText,             &readText};
         return kInfo;
     }
 
@@ -140,11 +143,13 @@ protected:
     }
 
     // Generators without older layouts ignore records of other versions.
+    static constexpr std::span<const int> kOlderMajorVersions{};
     template <class Record>
     static void convertOlderRecord(Record&, const char*) {}
 
 private:
     auto& mutableRecord() { return static_cast<Derived&>(*this).record_; }
+    static std::span<const int> olderMajorVersions() { return Derived::kOlderMajorVersions; }
     static Texture3D* create() { return new Derived(); }
     static std::ostream& writeText(std::ostream& os, const Texture3D& t) {
         return os << static_cast<const Derived&>(t);
