@@ -216,6 +216,7 @@ TEST_F(CommandLine, BadInputGetsAClearMessageAndStatusTwo) {
         {"eval Checkerboard", "1 2\n", "line 1: expected three numbers"},
         {"eval NoSuchThing", "", "neither a generator name nor a record file"},
         {"render Checkerboard --size 0 -o x.png", "", "--size must be 1 to 8192"},
+        {"--simd sse9 eval Voronoi", "1 2 3\n", "--simd must be scalar, avx2 or avx512, not 'sse9'"},
         {"frobnicate", "", "gritwell: "},
         {"", "", "gritwell: "},
     };
@@ -224,6 +225,21 @@ TEST_F(CommandLine, BadInputGetsAClearMessageAndStatusTwo) {
         EXPECT_EQ(r.status, 2) << c.args;
         EXPECT_NE(r.err.find(c.message), std::string::npos) << c.args << "\n" << r.err;
         EXPECT_FALSE(fs::exists(path("x.rec")) || fs::exists(path("x.png"))) << c.args;
+    }
+}
+
+TEST_F(CommandLine, EveryInstructionSetGivesTheSameValues) {
+    // Enough points for whole vector blocks and a remainder, across cells.
+    std::string points;
+    for (int i = 0; i < 45; ++i)
+        points += std::to_string(0.37f * i - 7.0f) + " " + std::to_string(1.3f - 0.21f * i) + " " +
+                  std::to_string(0.05f * i * i - 3.0f) + "\n";
+    const Outcome best = run("eval Voronoi", points);
+    ASSERT_EQ(best.status, 0) << best.err;
+    for (const std::string level : {"scalar", "avx2", "avx512"}) {
+        const Outcome held = run("--simd " + level + " eval Voronoi", points);
+        ASSERT_EQ(held.status, 0) << level << held.err;
+        EXPECT_EQ(held.out, best.out) << level;
     }
 }
 

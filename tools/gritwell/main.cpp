@@ -33,6 +33,7 @@
 #include "RecordFormats.h"
 #include "RecordJson.h"
 #include "SliceRenderer.h"
+#include "core/SimdLevel.h"
 #include "core/Texture3D.h"
 #include "core/TransformData.h"
 #include "textures/TextureFactory.h"
@@ -301,6 +302,18 @@ void paintMesh(const Options& options) {
     if (preview) preview->commit();
 }
 
+// --simd LEVEL: the instruction set of this process's core and of the
+// plug-in's sessions, held down for comparisons; every level gives the same
+// values.
+void requestSimdLevel(const std::string& name) {
+    const std::optional<SimdLevel> level = simdLevelFromName(name);
+    if (!level) throw CliError("--simd must be scalar, avx2 or avx512, not '" + name + "'");
+    PluginLibrary::requestSimdLevel(*level);
+    if (simdLevel() != *level)
+        std::cerr << "gritwell: note: this processor runs at most " << simdLevelName(simdLevel()) << ", so --simd "
+                  << name << " runs " << simdLevelName(simdLevel()) << '\n';
+}
+
 void galleryPicture(const Options& options) { writePng(options.output, renderGallery(loadPlugin(options))); }
 
 // ---- The dialog -------------------------------------------------------------
@@ -356,6 +369,10 @@ int main(int argc, char** argv) {
     app.require_subcommand(1);
     Options options;
     app.add_option("--plugin", options.pluginPath, "the plug-in to load (default: beside this program)");
+    // Its callback runs before any command's, so the choice holds for the whole run.
+    app.add_option_function<std::string>("--simd", requestSimdLevel,
+                                         "hold the vector paths to scalar, avx2 or avx512 (default: the best this "
+                                         "processor runs); the values are the same, only the speed differs");
 
     app.add_subcommand("list", "the generators the host can open, with version and record size")
         ->callback(listGenerators);
