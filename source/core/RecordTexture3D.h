@@ -9,11 +9,11 @@
 //   static constexpr std::string_view kName; kMajorVersion, kMinorVersion, kRecordSize;
 //   static constexpr FieldInfo kFields[];
 //   static float evaluate(const Record&, int flags, float x, float y, float z);
-// and, where it reads older layouts, the major versions it reads and
+// and, where it reads older layouts, their major versions and the converter,
+// which is called only for records of those versions,
 //   static constexpr int kOlderMajorVersions[] = {...};
 //   static void convertOlderRecord(Record&, const char* in);
-// which is called only for a record of one of those versions; and, where its
-// text stream operators are to stay empty,
+// and, where its text stream operators are to stay empty,
 //   static constexpr bool kFieldsAsText = false;
 // and, where a whole array evaluates faster than its points one by one,
 //   static void evaluateBlock(const Record&, int flags, const float* points, int n, float* out);
