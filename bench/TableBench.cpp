@@ -4,7 +4,10 @@
 // peer measured in the same run. tools/bench/table.sh runs it and writes the
 // table.
 
+#include <cstdio>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <benchmark/benchmark.h>
@@ -77,7 +80,7 @@ void BM_PerlinNoise3D(benchmark::State& state) {
 }
 
 // The same noise over the cloud as three coordinate arrays in one call, on
-// the instruction set GRITWELL_SIMD leaves (the best this processor has).
+// the instruction set --simd leaves (the best this processor has).
 void BM_PerlinBatch3D(benchmark::State& state) {
     std::vector<float> x, y, z;
     for (const BenchPoint& p : benchPoints()) {
@@ -101,10 +104,7 @@ void BM_LibnoisePerlin(benchmark::State& state) {
     benchOverPoints(state, [&perlin](const BenchPoint& p) { return perlin.GetValue(p.x, p.y, p.z); });
 }
 
-const int kRegistered = [] {
-    benchmark::AddCustomContext("compiler", "GCC " __VERSION__);
-    benchmark::AddCustomContext("flags", GRITWELL_BENCH_FLAGS);
-    benchmark::AddCustomContext("simd", simdLevelName(simdLevel()));
+void registerBenchmarks() {
     benchmark::RegisterBenchmark("Primitive/Perlin::noise(x,y,z)", BM_PerlinNoise3D);
     benchmark::RegisterBenchmark("Primitive/PerlinBatch::noise", BM_PerlinBatch3D);
     benchmark::RegisterBenchmark("Peer/libnoise Perlin", BM_LibnoisePerlin)->Arg(1)->Arg(6);
@@ -119,7 +119,38 @@ const int kRegistered = [] {
         // The defaults again with the host's planar flags.
         benchmark::RegisterBenchmark((prefix + "planar").c_str(), bench, g, 0, kPlane);
     }
-    return 0;
-}();
+}
 
 }  // namespace
+
+// Google Benchmark's arguments, and --simd=LEVEL (scalar, avx2 or avx512) to
+// hold this process and the plug-in's sessions to one instruction set; the
+// report's "simd" says which level ran.
+int main(int argc, char** argv) {
+    constexpr std::string_view kSimd = "--simd=";
+    int kept = 1;
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view arg = argv[i];
+        if (!arg.starts_with(kSimd)) {
+            argv[kept++] = argv[i];
+            continue;
+        }
+        const std::optional<SimdLevel> level = simdLevelFromName(arg.substr(kSimd.size()));
+        if (!level) {
+            std::fprintf(stderr, "%s: --simd must be scalar, avx2 or avx512, not '%s'\n", argv[0],
+                         argv[i] + kSimd.size());
+            return 2;
+        }
+        PluginLibrary::requestSimdLevel(*level);
+    }
+    argc = kept;
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
+    benchmark::AddCustomContext("compiler", "GCC " __VERSION__);
+    benchmark::AddCustomContext("flags", GRITWELL_BENCH_FLAGS);
+    benchmark::AddCustomContext("simd", simdLevelName(simdLevel()));
+    registerBenchmarks();
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

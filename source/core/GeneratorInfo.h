@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <iosfwd>
 #include <span>
 #include <string_view>
 
@@ -26,12 +27,23 @@ struct GeneratorInfo {
     int minorVersion;
     int recordSize;
     std::span<const FieldInfo> fields;
+    // The older major versions whose records the generator converts to its
+    // own; a record of any other version leaves it as it was.
+    std::span<const int> olderMajorVersions;
     Texture3D* (*create)();  // a new generator at its defaults
+    // The generator's text stream operators, for a generator of this kind.
+    std::ostream& (*writeText)(std::ostream&, const Texture3D&);
+    std::istream& (*readText)(std::istream&, Texture3D&);
 
     const FieldInfo* field(std::string_view fieldName) const {
         for (const FieldInfo& f : fields)
             if (f.name == fieldName) return &f;
         return nullptr;
+    }
+    bool convertsMajorVersion(int major) const {
+        for (int older : olderMajorVersions)
+            if (older == major) return true;
+        return false;
     }
 };
 

@@ -9,8 +9,12 @@
 //   static constexpr std::string_view kName; kMajorVersion, kMinorVersion, kRecordSize;
 //   static constexpr FieldInfo kFields[];
 //   static float evaluate(const Record&, int flags, float x, float y, float z);
-// and, where it reads older layouts,
+// and, where it reads older layouts, their major versions and the converter,
+// which is called only for records of those versions,
+//   static constexpr int kOlderMajorVersions[] = {...};
 //   static void convertOlderRecord(Record&, const char* in);
+// and, where its text stream operators are to stay empty,
+//   static constexpr bool kFieldsAsText = false;
 // and, where a whole array evaluates faster than its points one by one,
 //   static void evaluateBlock(const Record&, int flags, const float* points, int n, float* out);
 // which must give every point the bits `evaluate` gives it; the batch loop
@@ -20,10 +24,13 @@
 // `evaluate`, so the batch loop is compiled where the evaluator can inline.
 
 #include <cstring>
+#include <iosfwd>
 #include <new>
+#include <span>
 #include <string>
 #include <type_traits>
 
+#include "core/FieldText.h"
 #include "core/GeneratorInfo.h"
 #include "core/Texture3D.h"
 
@@ -78,14 +85,14 @@ public:
         std::memmove(out, &record(), sizeof(typename Derived::Record));
     }
 
-    // A record of our version is adopted whole, header included; any other
-    // version is converted where the generator knows the layout, and is
-    // otherwise ignored. A mismatching record is never copied raw.
+    // A record of our version is adopted whole, header included; one of an
+    // older major version the generator lists is converted; any other is
+    // ignored. A mismatching record is never copied raw.
     void setStateFromDescription(const char* in) override {
-        auto& r = self().record_;
+        auto& r = mutableRecord();
         if (versionsMatch(in, r.header))
             std::memcpy(&r, in, sizeof r);
-        else
+        else if (info().convertsMajorVersion(Texture3D::majorVersion(in)))
             Derived::convertOlderRecord(r, in);
     }
 
@@ -94,15 +101,34 @@ public:
     static int minorVersion() { return Derived::kMinorVersion; }
 
     bool interactiveUpdate() const { return record().header.interactiveUpdate != 0; }
-    void setInteractiveUpdate(bool on) { self().record_.header.interactiveUpdate = on ? 1 : 0; }
+    void setInteractiveUpdate(bool on) { mutableRecord().header.interactiveUpdate = on ? 1 : 0; }
 
     const auto& record() const { return static_cast<const Derived&>(*this).record_; }
 
     static const GeneratorInfo& info() {
-        static const GeneratorInfo kInfo{Derived::kName, Derived::kMajorVersion,
-                                         Derived::kMinorVersion, Derived::kRecordSize,
-                                         Derived::kFields, &create};
+        static const GeneratorInfo kInfo{Derived::kName,       Derived::kMajorVersion, Derived::kMinorVersion,
+                                         Derived::kRecordSize, Derived::kFields,       olderMajorVersions(),
+                                         &create,              &writeText,             &readText};
         return kInfo;
+    }
+
+    // Most generators' text stream operators carry the fields of kFields.
+    static constexpr bool kFieldsAsText = true;
+
+    // A debugging aid nothing in the library calls: the fields in table
+    // order with the stream's formatting, read back all or nothing (see
+    // FieldText.h). Where kFieldsAsText is false both leave the stream
+    // untouched.
+    friend std::ostream& operator<<(std::ostream& os, const Derived& t) {
+        if constexpr (Derived::kFieldsAsText) writeFieldText(os, &t.record(), Derived::kFields);
+        return os;
+    }
+    friend std::istream& operator>>(std::istream& is, Derived& t) {
+        if constexpr (Derived::kFieldsAsText) {
+            auto& r = t.mutableRecord();
+            readFieldText(is, &r, sizeof r, Derived::kFields);
+        }
+        return is;
     }
 
 protected:
@@ -117,12 +143,18 @@ protected:
     }
 
     // Generators without older layouts ignore records of other versions.
+    static constexpr std::span<const int> kOlderMajorVersions{};
     template <class Record>
     static void convertOlderRecord(Record&, const char*) {}
 
 private:
-    Derived& self() { return static_cast<Derived&>(*this); }
+    auto& mutableRecord() { return static_cast<Derived&>(*this).record_; }
+    static std::span<const int> olderMajorVersions() { return Derived::kOlderMajorVersions; }
     static Texture3D* create() { return new Derived(); }
+    static std::ostream& writeText(std::ostream& os, const Texture3D& t) {
+        return os << static_cast<const Derived&>(t);
+    }
+    static std::istream& readText(std::istream& is, Texture3D& t) { return is >> static_cast<Derived&>(t); }
 };
 
 }  // namespace gritwell

@@ -1,7 +1,6 @@
 #include "core/SimdLevel.h"
 
-#include <cstdlib>
-#include <cstring>
+#include <atomic>
 #include <initializer_list>
 
 namespace gritwell {
@@ -21,24 +20,30 @@ SimdLevel processorLevel() {
     return SimdLevel::kScalar;
 }
 
-SimdLevel requestedLevel(SimdLevel best) {
-    const char* wanted = std::getenv("GRITWELL_SIMD");
-    if (wanted == nullptr) return best;
-    for (SimdLevel level : {SimdLevel::kScalar, SimdLevel::kAvx2, SimdLevel::kAvx512})
-        if (std::strcmp(wanted, simdLevelName(level)) == 0) return level < best ? level : best;
-    return best;
-}
+constexpr int kUnchosen = -1;
 
 }  // namespace
+
+// A constant initialiser, so it holds before any static initialiser asks.
+std::atomic<int> detail::chosenSimdLevel{kUnchosen};
 
 SimdLevel supportedSimdLevel(SimdLevel wanted) {
     static const SimdLevel best = processorLevel();
     return wanted < best ? wanted : best;
 }
 
-SimdLevel simdLevel() {
-    static const SimdLevel level = requestedLevel(supportedSimdLevel(SimdLevel::kAvx512));
-    return level;
+// The first read picks the best level, unless setSimdLevel got there first.
+SimdLevel detail::chooseBestSimdLevel() {
+    const SimdLevel best = supportedSimdLevel(SimdLevel::kAvx512);
+    int expected = kUnchosen;
+    if (detail::chosenSimdLevel.compare_exchange_strong(expected, static_cast<int>(best),
+                                                        std::memory_order_relaxed))
+        return best;
+    return static_cast<SimdLevel>(expected);
+}
+
+void setSimdLevel(SimdLevel level) {
+    detail::chosenSimdLevel.store(static_cast<int>(supportedSimdLevel(level)), std::memory_order_relaxed);
 }
 
 const char* simdLevelName(SimdLevel level) {
@@ -48,6 +53,12 @@ const char* simdLevelName(SimdLevel level) {
     case SimdLevel::kScalar: break;
     }
     return "scalar";
+}
+
+std::optional<SimdLevel> simdLevelFromName(std::string_view name) {
+    for (SimdLevel level : {SimdLevel::kScalar, SimdLevel::kAvx2, SimdLevel::kAvx512})
+        if (name == simdLevelName(level)) return level;
+    return std::nullopt;
 }
 
 }  // namespace gritwell

@@ -161,14 +161,10 @@ GRITWELL_AVX2 float noiseAvx2(float x, float y, float z) {
     return finish(faded, alongX);
 }
 
-// Chosen when the library loads; a call made before then takes SSE2 and
-// gets the same bits.
-const bool kUseAvx2 = simdLevel() >= SimdLevel::kAvx2;
-
 }  // namespace
 
 float PerlinPoint::noise(float x, float y, float z) {
-    if (kUseAvx2) return noiseAvx2(x, y, z);
+    if (simdLevel() >= SimdLevel::kAvx2) return noiseAvx2(x, y, z);
     return noiseSse2(x, y, z);
 }
 

@@ -47,3 +47,10 @@ extern bool appKilled;
 // The host's callback, taken from the host block at the start of every dialog.
 extern HostCallback DLL2KelmarCallBack;
 }
+
+// Not the host's: a command-line host of ours (`gritwell --simd`, the
+// benchmark table) defines and exports an int of this name holding the
+// SimdLevel the plug-in's sessions are to run, or -1 for none. A host
+// application never defines it, and the plug-in runs the best level the
+// processor has.
+constexpr const char* kRequestedSimdLevelName = "gritwellRequestedSimdLevel";

@@ -3,8 +3,11 @@
 // unknown names, other versions and calls outside a session all return 1.0
 // and leave the session as it was.
 
+#include <dlfcn.h>
+
 #include <cstring>
 
+#include "core/SimdLevel.h"
 #include "core/Texture3D.h"
 #include "plugin/HostInterface.h"
 #include "textures/TextureFactory.h"
@@ -16,6 +19,21 @@ using gritwell::Texture3D;
 namespace {
 // The one current generator of the loaded library; null outside a session.
 Texture3D* t3D = nullptr;
+
+// A command-line host of ours may ask for an instruction set (see
+// kRequestedSimdLevelName), for comparing levels through the plug-in as a
+// host loads it. It does so through a variable of its own executable rather
+// than the environment, which the library never reads, or an eighth export,
+// which no host application may see. A host application defines no such
+// variable, and the best level stands.
+void followRequestedSimdLevel() {
+    static const int* const requested = static_cast<const int*>(dlsym(RTLD_DEFAULT, kRequestedSimdLevelName));
+    if (requested == nullptr) return;
+    const int level = *requested;
+    if (level >= static_cast<int>(gritwell::SimdLevel::kScalar) &&
+        level <= static_cast<int>(gritwell::SimdLevel::kAvx512))
+        gritwell::setSimdLevel(static_cast<gritwell::SimdLevel>(level));
+}
 }  // namespace
 
 extern "C" {
@@ -25,6 +43,7 @@ GRITWELL_EXPORT float beginSession(char*, double, char* record, int, char* trans
     if (record == nullptr) return 1.0f;
     Texture3D* texture = gritwell::TextureFactory::create(Texture3D::recordName(record));
     if (texture == nullptr) return 1.0f;
+    followRequestedSimdLevel();
     // A session opened twice without endSession abandons the first
     // generator: the host pairs its calls, and freeing here could pull the
     // generator from under a host that does not.

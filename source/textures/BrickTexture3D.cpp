@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstring>
+#include <iterator>
 
 #include "core/FloatToInt.h"
 #include "core/Vec2.h"
@@ -240,8 +241,11 @@ float BrickTexture3D::herringbone(const Record& r, int flags, float x, float y, 
     return result;
 }
 
+// The one older layout this reads is version 3's.
+static_assert(std::size(BrickTexture3D::kOlderMajorVersions) == 1 &&
+              BrickTexture3D::kOlderMajorVersions[0] == v3::kMajorVersion);
+
 void BrickTexture3D::convertOlderRecord(Record& r, const char* in) {
-    if (Texture3D::majorVersion(in) != v3::kMajorVersion) return;
     readFloat(r.brickHeight, in, v3::kBrickHeight);
     readFloat(r.brickWidth, in, v3::kBrickWidth);
     readFloat(r.brickDepth, in, v3::kBrickDepth);

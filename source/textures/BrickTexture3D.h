@@ -62,6 +62,8 @@ public:
         {"minColor", offsetof(Record, minColor), FieldType::Float},
         {"maxColor", offsetof(Record, maxColor), FieldType::Float},
     };
+    // Records of these major versions are converted (convertOlderRecord).
+    static constexpr int kOlderMajorVersions[] = {3};
 
     // The brick or the mortar intensity at the point (any float, NaN in a
     // zero-sized brick): running bond for pattern 1, herringbone otherwise.
@@ -73,7 +75,8 @@ public:
     float herringbone(const float* p) const { return herringbone(record_, flags(), p[0], p[1], p[2]); }
 
     // Version 3 (64 bytes) had only the sizes and the random intensities;
-    // every other field, and the header, keep what the object holds.
+    // every other field, and the header, keep what the object holds. Called
+    // for records of the versions in kOlderMajorVersions only.
     static void convertOlderRecord(Record& r, const char* in);
 
     Pattern getPattern() const { return static_cast<Pattern>(record_.pattern); }

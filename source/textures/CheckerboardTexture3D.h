@@ -30,6 +30,9 @@ public:
         {"randomizeColors", offsetof(Record, randomizeColors), FieldType::Bool},
         {"variability", offsetof(Record, variability), FieldType::Float},
     };
+    // Text stream operators that write and read nothing, as this pattern's
+    // always have.
+    static constexpr bool kFieldsAsText = false;
 
     static float evaluate(const Record& r, int flags, float x, float y, float z);
 

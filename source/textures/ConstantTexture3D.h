@@ -1,7 +1,6 @@
 #pragma once
 // "Constant": the same intensity everywhere, unclamped.
 
-#include <iosfwd>
 #include <string_view>
 
 #include "core/BaseData.h"
@@ -35,10 +34,6 @@ private:
 };
 
 static_assert(offsetof(ConstantTexture3D::Record, constant) == 36);
-
-// A debugging aid: the constant and a newline, and back.
-std::ostream& operator<<(std::ostream& os, const ConstantTexture3D& t);
-std::istream& operator>>(std::istream& is, ConstantTexture3D& t);
 
 extern template class RecordTexture3D<ConstantTexture3D>;
 

@@ -34,6 +34,9 @@ public:
     static constexpr FieldInfo kFields[] = {
         {"style", offsetof(Record, style), FieldType::Int32},
     };
+    // Text stream operators that write and read nothing, as this pattern's
+    // always have.
+    static constexpr bool kFieldsAsText = false;
 
     // 0..1, except Ribbon, which spans -0.25..0.25; about 0..1 for PerlinNoise.
     // Any other style is a half sine wave, 0.5..1.

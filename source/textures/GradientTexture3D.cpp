@@ -1,8 +1,6 @@
 #include "textures/GradientTexture3D.h"
 
 #include <cmath>
-#include <istream>
-#include <ostream>
 
 #include "core/FloatToInt.h"
 
@@ -45,18 +43,6 @@ float GradientTexture3D::evaluate(const Record& r, int, float x, float y, float 
     if (r.yDir != 0) value = times(value, y);
     if (r.zDir != 0) value = times(value, z);
     return value;
-}
-
-std::ostream& operator<<(std::ostream& os, const GradientTexture3D& t) {
-    return os << int{t.getXDir()} << ' ' << int{t.getYDir()} << ' ' << int{t.getZDir()} << '\n';
-}
-
-std::istream& operator>>(std::istream& is, GradientTexture3D& t) {
-    bool on;
-    if (is >> on) t.setXDir(on);
-    if (is >> on) t.setYDir(on);
-    if (is >> on) t.setZDir(on);
-    return is;
 }
 
 template class RecordTexture3D<GradientTexture3D>;

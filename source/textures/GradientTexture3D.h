@@ -3,7 +3,6 @@
 // axis, repeated as a sawtooth of period 2 outside it; chosen axes multiply.
 
 #include <cstdint>
-#include <iosfwd>
 #include <string_view>
 
 #include "core/BaseData.h"
@@ -51,11 +50,6 @@ private:
 static_assert(offsetof(GradientTexture3D::Record, xDir) == 36);
 static_assert(offsetof(GradientTexture3D::Record, yDir) == 37);
 static_assert(offsetof(GradientTexture3D::Record, zDir) == 38);
-
-// A debugging aid: the three flags as 0 or 1, blank-separated, then a
-// newline; and back.
-std::ostream& operator<<(std::ostream& os, const GradientTexture3D& t);
-std::istream& operator>>(std::istream& is, GradientTexture3D& t);
 
 extern template class RecordTexture3D<GradientTexture3D>;
 

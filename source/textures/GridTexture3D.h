@@ -32,6 +32,9 @@ public:
         {"minColor", offsetof(Record, minColor), FieldType::Float},
         {"maxColor", offsetof(Record, maxColor), FieldType::Float},
     };
+    // Text stream operators that write and read nothing, as this pattern's
+    // always have.
+    static constexpr bool kFieldsAsText = false;
 
     // 0 on a line; off the lines 1, or with randomised colours
     // minColor + (maxColor - minColor) x cell noise, unclamped.

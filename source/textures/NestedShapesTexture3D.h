@@ -35,6 +35,9 @@ public:
         {"shapeType", offsetof(Record, shapeType), FieldType::Int32},
         {"thickness", offsetof(Record, thickness), FieldType::Float},
     };
+    // Text stream operators that write and read nothing, as this pattern's
+    // always have.
+    static constexpr bool kFieldsAsText = false;
 
     // 0 on a shell (within thickness / 2 of a whole distance, bounds
     // included), else 1; an invalid shape type draws no shells: always 1.

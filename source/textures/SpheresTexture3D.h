@@ -30,6 +30,9 @@ public:
         {"staggered", offsetof(Record, staggered), FieldType::Bool},
         {"hollowness", offsetof(Record, hollowness), FieldType::Float},
     };
+    // Text stream operators that write and read nothing, as this pattern's
+    // always have.
+    static constexpr bool kFieldsAsText = false;
 
     static float evaluate(const Record& r, int flags, float x, float y, float z);
 

@@ -26,6 +26,9 @@ public:
         {"stripeWidth", offsetof(Record, stripeWidth), FieldType::Float},
         {"spiralRate", offsetof(Record, spiralRate), FieldType::Float},
     };
+    // Text stream operators that write and read nothing, as this pattern's
+    // always have.
+    static constexpr bool kFieldsAsText = false;
 
     // 0 on a line, 1 between the lines.
     static float evaluate(const Record& r, int flags, float x, float y, float z);

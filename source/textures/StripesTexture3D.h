@@ -47,6 +47,9 @@ public:
         {"minColor", offsetof(Record, minColor), FieldType::Float},
         {"maxColor", offsetof(Record, maxColor), FieldType::Float},
     };
+    // Text stream operators that write and read nothing, as this pattern's
+    // always have.
+    static constexpr bool kFieldsAsText = false;
 
     // 0 on a line (or its tone, minColor..maxColor when randomised, not
     // clamped), 1 between lines. Any style value outside 0..5 draws straight lines.

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstring>
+#include <iterator>
 
 #include "core/FloatToInt.h"
 #include "noise/CellNoise.h"
@@ -172,8 +173,11 @@ float WeaveTexture3D::herringbone(const Record& r, float x, float y) {
     return c;
 }
 
+// The one older layout this reads is version 2's.
+static_assert(std::size(WeaveTexture3D::kOlderMajorVersions) == 1 &&
+              WeaveTexture3D::kOlderMajorVersions[0] == v2::kMajorVersion);
+
 void WeaveTexture3D::convertOlderRecord(Record& r, const char* in) {
-    if (Texture3D::majorVersion(in) != v2::kMajorVersion) return;
     readFloat(r.backgroundColor, in, v2::kBackgroundColor);
     readFloat(r.horizontalColor, in, v2::kHorizontalColor);
     readFloat(r.verticalColor, in, v2::kVerticalColor);

@@ -60,6 +60,8 @@ public:
         {"shadingHorizontalStrength", offsetof(Record, shadingHorizontalStrength), FieldType::Float},
         {"shadingVerticalStrength", offsetof(Record, shadingVerticalStrength), FieldType::Float},
     };
+    // Records of these major versions are converted (convertOlderRecord).
+    static constexpr int kOlderMajorVersions[] = {2};
 
     // The cloth's intensity at the point, in [0, 1] while the colours and
     // strengths are (NaN where one coordinate is not finite and the other
@@ -74,7 +76,8 @@ public:
 
     // Version 2 (92 bytes) had every field but the pattern, with the shading
     // switch stored as a float; the header and the pattern keep what the
-    // object holds. Other versions change nothing.
+    // object holds. Called for records of the versions in
+    // kOlderMajorVersions only.
     static void convertOlderRecord(Record& r, const char* in);
 
     Pattern getPattern() const { return static_cast<Pattern>(record_.pattern); }

@@ -1,8 +1,6 @@
 #include "textures/WoodTexture3D.h"
 
 #include <cmath>
-#include <istream>
-#include <ostream>
 
 #include "noise/PRMan.h"
 #include "noise/Perlin.h"
@@ -61,26 +59,6 @@ void WoodTexture3D::evaluateBlock(const Record& r, int, const float* points, int
         const float shift = shiftBy(sums[i]);
         out[i] = ringIntensity(r, points[3 * i] + shift, points[3 * i + 2] + shift);
     }
-}
-
-std::ostream& operator<<(std::ostream& os, const WoodTexture3D& t) {
-    const WoodTexture3D::Record& r = t.record();
-    return os << r.ringScale << ' ' << r.octaves << ' ' << r.frequency << ' ' << r.amplitude << ' '
-              << r.darkColor << ' ' << r.lightColor << '\n';
-}
-
-std::istream& operator>>(std::istream& is, WoodTexture3D& t) {
-    float ringScale, frequency, amplitude, dark, light;
-    int octaves;
-    if (is >> ringScale >> octaves >> frequency >> amplitude >> dark >> light) {
-        t.setRingScale(ringScale);
-        t.setOctaves(octaves);
-        t.setFrequency(frequency);
-        t.setAmplitude(amplitude);
-        t.setDarkColor(dark);
-        t.setLightColor(light);
-    }
-    return is;
 }
 
 template class RecordTexture3D<WoodTexture3D>;

@@ -4,7 +4,6 @@
 // wobbled by 1-D noise; light early wood between dark rings.
 
 #include <cstdint>
-#include <iosfwd>
 #include <string_view>
 
 #include "core/BaseData.h"
@@ -70,12 +69,6 @@ static_assert(offsetof(WoodTexture3D::Record, frequency) == 44);
 static_assert(offsetof(WoodTexture3D::Record, amplitude) == 48);
 static_assert(offsetof(WoodTexture3D::Record, darkColor) == 52);
 static_assert(offsetof(WoodTexture3D::Record, lightColor) == 56);
-
-// A debugging aid: the six fields in record order (the ring scale as its
-// stored float), blank-separated, then a newline; and back. A failed read
-// changes nothing.
-std::ostream& operator<<(std::ostream& os, const WoodTexture3D& t);
-std::istream& operator>>(std::istream& is, WoodTexture3D& t);
 
 extern template class RecordTexture3D<WoodTexture3D>;
 

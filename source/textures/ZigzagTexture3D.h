@@ -29,6 +29,9 @@ public:
         {"randomizeColors", offsetof(Record, randomizeColors), FieldType::Bool},
         {"variability", offsetof(Record, variability), FieldType::Float},
     };
+    // Text stream operators that write and read nothing, as this pattern's
+    // always have.
+    static constexpr bool kFieldsAsText = false;
 
     // 0.25 or 0.75, jittered by up to variability / 4 and clamped to [0, 1].
     static float evaluate(const Record& r, int flags, float x, float y, float z);

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <random>
 #include <vector>
 
@@ -175,10 +176,19 @@ TEST(PerlinBatchGet, OctaveSumsMatchPointByPointWhereverEachPointStopsInSpaceAnd
     }
 }
 
-TEST(SimdLevelNames, RoundTripThroughTheEnvironmentSpelling) {
-    EXPECT_STREQ(simdLevelName(SimdLevel::kScalar), "scalar");
-    EXPECT_STREQ(simdLevelName(SimdLevel::kAvx2), "avx2");
-    EXPECT_STREQ(simdLevelName(SimdLevel::kAvx512), "avx512");
+TEST(SimdLevel, NamesAndTheChosenLevel) {
+    for (SimdLevel level : {SimdLevel::kScalar, SimdLevel::kAvx2, SimdLevel::kAvx512})
+        EXPECT_EQ(simdLevelFromName(simdLevelName(level)), level) << simdLevelName(level);
+    EXPECT_EQ(simdLevelFromName("AVX2"), std::nullopt);
+    EXPECT_EQ(simdLevelFromName(""), std::nullopt);
     EXPECT_EQ(supportedSimdLevel(SimdLevel::kScalar), SimdLevel::kScalar);
-    EXPECT_LE(simdLevel(), supportedSimdLevel(SimdLevel::kAvx512));
+
+    // A choice holds from the next call on, lowered to what the processor runs.
+    const SimdLevel before = simdLevel();
+    EXPECT_LE(before, supportedSimdLevel(SimdLevel::kAvx512));
+    for (SimdLevel level : {SimdLevel::kScalar, SimdLevel::kAvx512, SimdLevel::kAvx2}) {
+        setSimdLevel(level);
+        EXPECT_EQ(simdLevel(), supportedSimdLevel(level)) << simdLevelName(level);
+    }
+    setSimdLevel(before);
 }

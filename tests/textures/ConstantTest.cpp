@@ -1,5 +1,3 @@
-#include <sstream>
-
 #include <gtest/gtest.h>
 
 #include "PointCases.h"
@@ -12,20 +10,4 @@ TEST(Constant, ReturnsItsFieldUnclampedEverywhere) {
     expectValues(t, {{0, 0, 0, 0.5f}, {-7, 1e30f, 3, 0.5f}});
     t.setConstant(2.5f);
     expectValues(t, {{0.1f, 0.2f, 0.3f, 2.5f}});
-}
-
-TEST(Constant, TextStreamWritesAndReadsTheConstant) {
-    ConstantTexture3D t;
-    t.setConstant(0.75f);
-    std::ostringstream out;
-    out << t;
-    EXPECT_EQ(out.str(), "0.75\n");
-
-    ConstantTexture3D back;
-    std::istringstream in("0.125\n");
-    in >> back;
-    EXPECT_EQ(back.getConstant(), 0.125f);
-    std::istringstream bad("x");
-    bad >> back;
-    EXPECT_EQ(back.getConstant(), 0.125f);
 }

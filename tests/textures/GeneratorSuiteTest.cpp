@@ -1,10 +1,13 @@
 // Properties every generator must have. A new generator joins this suite by
 // being in the factory.
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <limits>
 #include <random>
+#include <sstream>
+#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -31,6 +34,13 @@ std::vector<float> randomPoints(int n, float extent, unsigned seed) {
     std::vector<float> p(3 * n);
     for (float& v : p) v = coord(rng);
     return p;
+}
+
+// The generators whose text stream operators write and read nothing.
+bool hasEmptyTextStreams(std::string_view name) {
+    constexpr std::string_view kEmpty[] = {"Checkerboard", "Grid",       "Stripes", "Spiral",
+                                           "Zigzag",       "Corrugated", "Spheres", "Nested Shapes"};
+    return std::ranges::find(kEmpty, name) != std::end(kEmpty);
 }
 
 }  // namespace
@@ -129,6 +139,71 @@ TEST_P(EveryGenerator, DefaultsAreFiniteInUnitRangeOverSpace) {
         ASSERT_TRUE(std::isfinite(v));
         ASSERT_GE(v, 0.0f);
         ASSERT_LE(v, 1.0f);
+    }
+}
+
+TEST_P(EveryGenerator, TextStreamsCarryTheFieldTableOrNothing) {
+    const GeneratorInfo& info = *GetParam();
+    // Every field off its default, so a field skipped or out of order shows.
+    TexturePtr changed = make();
+    std::vector<char> record = description(*changed);
+    for (const FieldInfo& f : info.fields) {
+        switch (f.type) {
+            case FieldType::Int32: writeIntField(record.data(), f, readIntField(record.data(), f) + 3); break;
+            case FieldType::Float: writeFloatField(record.data(), f, readFloatField(record.data(), f) * 0.75f + 0.3f); break;
+            case FieldType::Bool: writeBoolField(record.data(), f, !readBoolField(record.data(), f)); break;
+        }
+    }
+    changed->setStateFromDescription(record.data());
+    std::ostringstream out;
+    out.precision(9);  // enough digits for every float to read back exactly
+    info.writeText(out, *changed);
+    const std::string text = out.str();
+
+    TexturePtr back = make();
+    const std::vector<char> defaults = description(*back);
+    if (hasEmptyTextStreams(info.name)) {
+        EXPECT_EQ(text, "");
+        std::istringstream in("1 0 1\n");
+        info.readText(in, *back);
+        EXPECT_TRUE(in.good());
+        EXPECT_EQ(in.tellg(), 0) << "the stream must be left untouched";
+        EXPECT_EQ(description(*back), defaults);
+        return;
+    }
+    ASSERT_FALSE(text.empty());
+    EXPECT_EQ(std::ranges::count(text, ' '), static_cast<long>(info.fields.size()) - 1) << text;
+    EXPECT_EQ(text.find('\n'), text.size() - 1) << text;
+    std::istringstream in(text);
+    info.readText(in, *back);
+    EXPECT_FALSE(in.fail()) << text;
+    EXPECT_EQ(description(*back), record) << text;
+
+    // The last value unreadable: nothing is adopted.
+    const std::size_t lastBlank = text.rfind(' ');
+    std::istringstream bad(text.substr(0, lastBlank == std::string::npos ? 0 : lastBlank + 1) + "x\n");
+    TexturePtr untouched = make();
+    info.readText(bad, *untouched);
+    EXPECT_TRUE(bad.fail());
+    EXPECT_EQ(description(*untouched), defaults);
+}
+
+TEST(TextStreams, WriteTheDefaultsWithTheStreamsFormatting) {
+    struct Case {
+        std::string_view generator, text;
+    };
+    const Case cases[] = {
+        {"Constant", "0.5\n"},
+        {"Gradient", "1 1 1\n"},
+        {"Wood", "6 1 1 0.1 0.1 0.5\n"},  // ringScale octaves frequency amplitude darkColor lightColor
+    };
+    for (const Case& c : cases) {
+        const GeneratorInfo* info = TextureFactory::find(c.generator);
+        ASSERT_NE(info, nullptr) << c.generator;
+        TexturePtr t(info->create());
+        std::ostringstream out;
+        info->writeText(out, *t);
+        EXPECT_EQ(out.str(), c.text) << c.generator;
     }
 }
 

@@ -1,5 +1,4 @@
 #include <cstring>
-#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -61,19 +60,4 @@ TEST(Gradient, RecordIsThirtyNineBytesOfUnalignedFlags) {
     EXPECT_TRUE(t.getYDir());
     EXPECT_TRUE(t.getZDir());
     expectValues(t, {{0.7f, 0.0f, 0.0f, 0.25f}});
-}
-
-TEST(Gradient, TextStreamsCarryTheThreeFlags) {
-    GradientTexture3D t;
-    t.setYDir(false);
-    std::ostringstream out;
-    out << t;
-    EXPECT_EQ(out.str(), "1 0 1\n");
-
-    GradientTexture3D u;
-    std::istringstream in("0 1 0");
-    in >> u;
-    EXPECT_FALSE(u.getXDir());
-    EXPECT_TRUE(u.getYDir());
-    EXPECT_FALSE(u.getZDir());
 }

@@ -2,7 +2,6 @@
 #include <climits>
 #include <cstdint>
 #include <limits>
-#include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -156,24 +155,4 @@ TEST(Wood, HeaderAndVersionRule) {
     record[33] = 2;
     t.setStateFromDescription(record);
     EXPECT_EQ(t.octaves(), 5);
-}
-
-TEST(Wood, TextStreamWritesAndReadsTheSixFieldsInRecordOrder) {
-    WoodTexture3D t;
-    std::ostringstream out;
-    out << t;
-    EXPECT_EQ(out.str(), "6 1 1 0.1 0.1 0.5\n");  // the defaults
-    t.setRingScale(6.7f);
-    out.str("");
-    out << t;
-    EXPECT_EQ(out.str(), "6.7 1 1 0.1 0.1 0.5\n");
-
-    std::istringstream in("2.5 3 0.25 0.75 0.125 0.875\n");
-    in >> t;
-    std::ostringstream again;
-    again << t;
-    EXPECT_EQ(again.str(), "2.5 3 0.25 0.75 0.125 0.875\n");
-    std::istringstream bad("1.5 x");
-    bad >> t;
-    EXPECT_EQ(t.record().ringScale, 2.5f);
 }

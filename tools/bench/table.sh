@@ -23,10 +23,10 @@ run() { "$dir/bench/table_bench" --benchmark_repetitions="$reps" --benchmark_rep
   --benchmark_min_time=0.1 --benchmark_out_format=json "$@" >&2; }
 # Every figure on the best instruction set this processor has, then the
 # primitives and the defaults again on each lower level the batch paths can
-# be held to (GRITWELL_SIMD), for the scalar-against-vector columns.
+# be held to (--simd), for the scalar-against-vector columns.
 run --benchmark_out="$json"
 for level in scalar avx2 avx512; do
-  GRITWELL_SIMD=$level run --benchmark_filter='Primitive|Peer|/defaults$' \
+  run --simd="$level" --benchmark_filter='Primitive|Peer|/defaults$' \
     --benchmark_out="$levels_dir/$level.json"
 done
 
@@ -73,7 +73,7 @@ out.append("## Machine\n")
 out.append(f"- CPU: {cpu} ({cores} cores seen, vector extensions: {isa})")
 out.append(f"- Compiler: {ctx.get('compiler', '?')}")
 out.append(f"- Flags: `{ctx.get('flags', '?').strip()}`")
-out.append(f"- Batch paths: {best} (the best this processor runs; lower levels forced with `GRITWELL_SIMD`)")
+out.append(f"- Batch paths: {best} (the best this processor runs; lower levels forced with `--simd`)")
 out.append(f"- Run: {ctx.get('date', '?')}\n")
 out.append("## Noise primitive and peer\n")
 out.append("| function | ns/point |")

@@ -8,7 +8,18 @@
 
 #include "core/TransformData.h"
 
+// The plug-in's sessions look this up by name (kRequestedSimdLevelName);
+// -1 until requestSimdLevel.
+extern "C" {
+__attribute__((visibility("default"))) int gritwellRequestedSimdLevel = -1;
+}
+
 namespace gritwell {
+
+void PluginLibrary::requestSimdLevel(SimdLevel level) {
+    setSimdLevel(level);
+    gritwellRequestedSimdLevel = static_cast<int>(simdLevel());
+}
 
 PluginLibrary::PluginLibrary(const std::string& path) {
     handle_ = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);

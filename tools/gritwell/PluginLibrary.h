@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "core/SimdLevel.h"
 #include "core/TransformData.h"
 #include "plugin/HostInterface.h"
 
@@ -33,6 +34,12 @@ public:
 
     // The plug-in beside the running executable.
     static std::string defaultPath();
+
+    // Holds this process's batch paths to `level` (or the best below it the
+    // processor runs), and those of the plug-in's sessions begun from now
+    // on, through the variable named kRequestedSimdLevelName; an executable
+    // exports it by linking with host-exports.list.
+    static void requestSimdLevel(SimdLevel level);
 
 private:
     void* handle_ = nullptr;

@@ -20,6 +20,29 @@ std::vector<unsigned char> defaultRecord(const GeneratorInfo& generator) {
     return bytes;
 }
 
+std::vector<unsigned char> adoptedRecord(const LoadedRecord& record) {
+    // The host's block is 256 bytes; past the file's bytes it reads zeros.
+    char block[256] = {};
+    std::memcpy(block, record.bytes.data(), record.bytes.size());
+    TexturePtr texture(record.generator->create());
+    texture->setStateFromDescription(block);
+    std::vector<unsigned char> adopted(record.generator->recordSize);
+    texture->getDescription(reinterpret_cast<char*>(adopted.data()));
+    return adopted;
+}
+
+std::string versionNote(const LoadedRecord& record) {
+    const GeneratorInfo& g = *record.generator;
+    const char* raw = reinterpret_cast<const char*>(record.bytes.data());
+    const int major = Texture3D::majorVersion(raw);
+    const std::string current = std::to_string(g.majorVersion) + "." + std::to_string(g.minorVersion);
+    const std::string note =
+        "version " + std::to_string(major) + "." + std::to_string(Texture3D::minorVersion(raw)) + " of " +
+        std::string(g.name) + "; the plug-in ";
+    if (g.convertsMajorVersion(major)) return note + "converts it to the current version " + current;
+    return note + "ignores it and evaluates the defaults of the current version " + current;
+}
+
 LoadedRecord readRecordFile(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     if (!in) throw CliError("cannot read '" + path + "': " + std::strerror(errno));

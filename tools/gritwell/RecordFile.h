@@ -17,6 +17,15 @@ struct LoadedRecord {
 // The defaults of a generator, as its description writes them.
 std::vector<unsigned char> defaultRecord(const GeneratorInfo& generator);
 
+// The record the plug-in evaluates for this one, read through its generator:
+// the current version as it is, an older version the generator converts
+// converted, any other version ignored for the defaults.
+std::vector<unsigned char> adoptedRecord(const LoadedRecord& record);
+
+// For a record of another version, what the plug-in does with it:
+// "version 3.0 of Brick; the plug-in converts it to the current version 4.0".
+std::string versionNote(const LoadedRecord& record);
+
 // Reads and checks a record file; a damaged or foreign file is a CliError
 // that says what is wrong with it.
 LoadedRecord readRecordFile(const std::string& path);

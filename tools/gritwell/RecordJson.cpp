@@ -103,19 +103,16 @@ Json recordToJson(const LoadedRecord& record) {
                       std::to_string(Texture3D::minorVersion(raw));
     json["size"] = bytes[0];
     json[kInteractiveUpdate] = bytes[offsetof(BaseData, interactiveUpdate)] != 0;
-    if (!record.currentVersion) {
-        // Another layout: its fields are not ours to name.
-        json["note"] = "not the current version " + std::to_string(record.generator->majorVersion) +
-                       "." + std::to_string(record.generator->minorVersion) +
-                       "; the plug-in keeps the defaults for this record";
-        return json;
-    }
+    // The header is the file's own; the fields are those the plug-in
+    // evaluates, which for another version are converted or the defaults.
+    if (!record.currentVersion) json["note"] = versionNote(record);
+    const std::vector<unsigned char> evaluated = record.currentVersion ? bytes : adoptedRecord(record);
     Json fields = Json::object();
     for (const FieldInfo& f : record.generator->fields) {
         switch (f.type) {
-            case FieldType::Int32: fields[f.name] = readIntField(bytes.data(), f); break;
-            case FieldType::Float: fields[f.name] = floatToJson(readFloatField(bytes.data(), f)); break;
-            case FieldType::Bool: fields[f.name] = readBoolField(bytes.data(), f); break;
+            case FieldType::Int32: fields[f.name] = readIntField(evaluated.data(), f); break;
+            case FieldType::Float: fields[f.name] = floatToJson(readFloatField(evaluated.data(), f)); break;
+            case FieldType::Bool: fields[f.name] = readBoolField(evaluated.data(), f); break;
         }
     }
     json["fields"] = fields;
@@ -125,7 +122,7 @@ Json recordToJson(const LoadedRecord& record) {
     Json labels = Json::object();
     for (const FieldInfo& f : record.generator->fields)
         if (const EnumLabels::Field* e = EnumLabels::find(record.generator->name, f.name)) {
-            const std::string_view label = EnumLabels::label(*e, readIntField(bytes.data(), f));
+            const std::string_view label = EnumLabels::label(*e, readIntField(evaluated.data(), f));
             labels[f.name] = label.empty() ? Json() : Json(std::string(label));
         }
     if (!labels.empty()) json["labels"] = labels;
@@ -146,8 +143,10 @@ std::vector<unsigned char> recordFromJson(const Json& json) {
             const std::string current =
                 std::to_string(generator->majorVersion) + "." + std::to_string(generator->minorVersion);
             if (jsonText(value) != current)
-                throw CliError("only the current version " + current + " of " + name +
-                               " can be written, not " + jsonText(value));
+                throw CliError("only the current version " + current + " of " + name + " can be written, not " +
+                               jsonText(value) + " (for a record of another version, 'record show' prints the " +
+                               "fields the plug-in evaluates, in version " + current +
+                               "'s layout: leave out \"version\" and \"size\" to write them as a current record)");
         } else if (key == "size") {
             if (!value.is_number_integer() || value.get<int>() < 0 || value.get<int>() > 255)
                 throw CliError("\"size\" is the record's size byte, 0 to 255");

@@ -33,6 +33,7 @@
 #include "RecordFormats.h"
 #include "RecordJson.h"
 #include "SliceRenderer.h"
+#include "core/SimdLevel.h"
 #include "core/Texture3D.h"
 #include "core/TransformData.h"
 #include "textures/TextureFactory.h"
@@ -135,17 +136,16 @@ PluginLibrary& loadPlugin(const Options& options) {
     return plugin;
 }
 
-// A record whose version the plug-in does not read is evaluated at the
-// generator's defaults; say so rather than surprise.
+// A record of another version is converted by the plug-in where its
+// generator knows the layout and is otherwise evaluated at the defaults; say
+// which rather than surprise.
 LoadedRecord resolveForEvaluation(const std::string& target) {
     LoadedRecord record = resolveRecord(target);
     if (!TextureFactory::isHostGenerator(*record.generator))
         throw CliError("'" + std::string(record.generator->name) +
                        "' is in the library, but host sessions never open it, so the plug-in cannot "
                        "evaluate it");
-    if (!record.currentVersion)
-        std::cerr << "gritwell: note: '" << target << "' is not a current " << record.generator->name
-                  << " record; the plug-in evaluates the defaults instead\n";
+    if (!record.currentVersion) std::cerr << "gritwell: note: '" << target << "' is " << versionNote(record) << '\n';
     return record;
 }
 
@@ -161,22 +161,6 @@ void listGenerators() {
     if (!others.empty()) std::printf("\nIn the library, never opened by the host: %s\n", others.c_str());
 }
 
-// A record read through its generator, as the plug-in adopts it: the current
-// version as is, an older one converted where the generator knows how.
-std::vector<unsigned char> adoptedRecord(const LoadedRecord& loaded, const std::string& path) {
-    if (!loaded.currentVersion)
-        std::cerr << "gritwell: note: '" << path << "' is not a current " << loaded.generator->name
-                  << " record; starting from what the generator makes of it (its defaults unless it converts "
-                     "that version)\n";
-    char block[256] = {};
-    std::memcpy(block, loaded.bytes.data(), loaded.bytes.size());
-    TexturePtr texture(loaded.generator->create());
-    texture->setStateFromDescription(block);
-    std::vector<unsigned char> record(loaded.generator->recordSize);
-    texture->getDescription(reinterpret_cast<char*>(record.data()));
-    return record;
-}
-
 // NAME's defaults, or the record of --from (whose generator NAME, when
 // given, must be); then the --set fields.
 void recordNew(const Options& options) {
@@ -188,7 +172,11 @@ void recordNew(const Options& options) {
             throw CliError("'" + options.from + "' is a " + std::string(loaded.generator->name) + " record, not " +
                            options.target);
         generator = loaded.generator;
-        record = adoptedRecord(loaded, options.from);
+        // What the plug-in makes of it: an older version converted or ignored.
+        if (!loaded.currentVersion)
+            std::cerr << "gritwell: note: '" << options.from << "' is " << versionNote(loaded)
+                      << "; the new record starts from that\n";
+        record = adoptedRecord(loaded);
     } else {
         if (options.target.empty()) throw CliError("record new needs a generator NAME or --from FILE");
         generator = TextureFactory::find(options.target);
@@ -314,6 +302,18 @@ void paintMesh(const Options& options) {
     if (preview) preview->commit();
 }
 
+// --simd LEVEL: the instruction set of this process's core and of the
+// plug-in's sessions, held down for comparisons; every level gives the same
+// values.
+void requestSimdLevel(const std::string& name) {
+    const std::optional<SimdLevel> level = simdLevelFromName(name);
+    if (!level) throw CliError("--simd must be scalar, avx2 or avx512, not '" + name + "'");
+    PluginLibrary::requestSimdLevel(*level);
+    if (simdLevel() != *level)
+        std::cerr << "gritwell: note: this processor runs at most " << simdLevelName(simdLevel()) << ", so --simd "
+                  << name << " runs " << simdLevelName(simdLevel()) << '\n';
+}
+
 void galleryPicture(const Options& options) { writePng(options.output, renderGallery(loadPlugin(options))); }
 
 // ---- The dialog -------------------------------------------------------------
@@ -369,6 +369,10 @@ int main(int argc, char** argv) {
     app.require_subcommand(1);
     Options options;
     app.add_option("--plugin", options.pluginPath, "the plug-in to load (default: beside this program)");
+    // Its callback runs before any command's, so the choice holds for the whole run.
+    app.add_option_function<std::string>("--simd", requestSimdLevel,
+                                         "hold the vector paths to scalar, avx2 or avx512 (default: the best this "
+                                         "processor runs); the values are the same, only the speed differs");
 
     app.add_subcommand("list", "the generators the host can open, with version and record size")
         ->callback(listGenerators);
