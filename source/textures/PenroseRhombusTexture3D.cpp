@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstring>
+#include <iterator>
 
 #include "core/FloatToInt.h"
 #include "noise/CellNoise.h"
@@ -172,9 +173,12 @@ float PenroseRhombusTexture3D::evaluate(const Record& r, int, float x, float y, 
     return r.skinnyRandomize != 0 ? tone(r.skinnyMinColor, r.skinnyMaxColor, *tile) : r.skinnyColor;
 }
 
+// The fields of version 1 lie where they lie now; only the edge is new.
+static_assert(std::size(PenroseRhombusTexture3D::kOlderMajorVersions) == 1 &&
+                  PenroseRhombusTexture3D::kOlderMajorVersions[0] == 1,
+              "convertOlderRecord reads the version-1 layout alone");
+
 void PenroseRhombusTexture3D::convertOlderRecord(Record& r, const char* in) {
-    if (Texture3D::majorVersion(in) != 1) return;
-    // The fields of version 1 lie where they lie now; only the edge is new.
     std::memcpy(reinterpret_cast<char*>(&r) + sizeof r.header, in + sizeof r.header,
                 offsetof(Record, edgeWidth) - sizeof r.header);
     r.edgeWidth = 0.0f;

@@ -79,7 +79,11 @@ public:
     // min + (max - min) × a cell-noise value in [0, 1] of the tile.
     // fatColor where rhombusAt has no tile.
     static float evaluate(const Record& r, int flags, float x, float y, float z);
-    // Version 1 (68 bytes) had no edge line: it keeps its look, edgeWidth 0.
+    // Records of these major versions are converted (convertOlderRecord).
+    static constexpr int kOlderMajorVersions[] = {1};
+    // Version 1 (68 bytes) had no edge line: it keeps its fields and its
+    // look, edgeWidth 0. Called for records of the versions in
+    // kOlderMajorVersions only.
     static void convertOlderRecord(Record& r, const char* in);
 
     float getSkinnyColor() const { return record_.skinnyColor; }
