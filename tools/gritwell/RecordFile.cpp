@@ -38,7 +38,7 @@ std::string versionNote(const LoadedRecord& record) {
     const std::string current = std::to_string(g.majorVersion) + "." + std::to_string(g.minorVersion);
     const std::string note =
         "version " + std::to_string(major) + "." + std::to_string(Texture3D::minorVersion(raw)) + " of " +
-        std::string(g.name) + "; the plug-in ";
+        std::string(g.name) + (TextureFactory::isHostGenerator(g) ? "; the plug-in " : "; the library ");
     if (g.convertsMajorVersion(major)) return note + "converts it to the current version " + current;
     return note + "ignores it and evaluates the defaults of the current version " + current;
 }
