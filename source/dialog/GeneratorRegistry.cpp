@@ -23,7 +23,7 @@
 #include "dialog/panels/SimpleMarbleQtWrapper.h"
 #include "dialog/panels/SimplexQtWrapper.h"
 #include "dialog/panels/SnakeskinQtWrapper.h"
-#include "dialog/panels/GrainedStoneQtWrapper.h"
+#include "dialog/panels/SpeckledStoneQtWrapper.h"
 #include "dialog/panels/SpheresQtWrapper.h"
 #include "dialog/panels/SpiralQtWrapper.h"
 #include "dialog/panels/StripesQtWrapper.h"
