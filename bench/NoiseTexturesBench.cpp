@@ -8,7 +8,7 @@
 #include "textures/GraniteTexture3D.h"
 #include "textures/PsychedelicTexture3D.h"
 #include "textures/SimpleMarbleTexture3D.h"
-#include "textures/GrainedStoneTexture3D.h"
+#include "textures/SpeckledStoneTexture3D.h"
 
 using namespace gritwell;
 

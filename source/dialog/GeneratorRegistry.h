@@ -5,7 +5,6 @@
 // Entries are built in the list's order, one line each in
 // GeneratorRegistry.cpp.
 
-#include <array>
 #include <map>
 #include <span>
 #include <string>
@@ -95,24 +94,14 @@ private:
 
 namespace GeneratorRegistry {
 
-// Every generator the dialog offers, in the order of its list and stack.
-// "Constant", "Cell Noise" and "Penrose Rhombus" are left out on purpose.
-inline constexpr std::array<std::string_view, 31> kDialogOrder = {
-    "Perlin Noise", "Checkerboard",  "Wood",           "Simple Marble", "Stripes",     "Spheres",
-    "Granite",      "Gradient",      "Simplex",        "Voronoi",       "Brick",       "Grid",
-    "Turbulence",   "FBM",           "Erosion",        "Nested Shapes", "Dents",       "Speckled Stone",
-    "HexTile",      "Spiral",        "Cheetah",        "Voronoi Tiles", "Weave",       "Plaid",
-    "Psychedelic",  "Camouflage",    "Zigzag",         "Corrugated",    "Snakeskin",   "Scales",
-    "Houndstooth",
-};
-
 // How one entry is made.
 struct Registration {
     std::string_view name;
     InfoBase* (*create)(Ui::MainWindow* mainUi, ImageArea* imageArea);
 };
 
-// The generators registered so far, a subsequence of kDialogOrder in its order.
+// Every generator the dialog offers, each once, in the order of its list and
+// stack.
 std::span<const Registration> registrations();
 
 // Builds every registered entry, in order, into `generators` keyed by name.

@@ -1,25 +1,18 @@
 #include "dialog/QtWrapperBase.h"
 
-#include <cstdint>
-#include <cstring>
-
 #include <QBoxLayout>
 #include <QCoreApplication>
 #include <QWidget>
 
 #include "core/FloatToInt.h"
 #include "core/Texture3D.h"
-#include "plugin/HostInterface.h"
+#include "dialog/HostLink.h"
 #include "ui_CommonWidget.h"
 
 namespace gritwell {
 
 namespace {
 
-// The callback's first word: the bits of the float 4.0, then 8, 0, 0. What
-// the host reads into them is its own affair; they are passed as it expects.
-constexpr float kCallbackTag = 4.0f;
-constexpr std::uint32_t kCallbackSecondWord = 8;
 constexpr int kRecordBufferSize = 256;
 
 // The common block sits at the bottom of a page whose form stacks its
@@ -82,11 +75,7 @@ void QtWrapperBase::redraw() {
     transforms_.toBytes(transformBytes);
 
     QCoreApplication::processEvents();
-    if (DLL2KelmarCallBack != nullptr) {
-        std::uint32_t tag;
-        std::memcpy(&tag, &kCallbackTag, sizeof tag);
-        DLL2KelmarCallBack(tag, kCallbackSecondWord, 0, 0, record, transformBytes);
-    }
+    HostLink::send(record, transformBytes);
     QCoreApplication::processEvents();
 }
 

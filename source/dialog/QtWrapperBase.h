@@ -37,10 +37,10 @@ public:
     void setTransforms(const TransformData& t);
     void getTransforms(TransformData& out) const;
 
-    // Sends the texture's record and the transforms to the host's callback:
-    // (bits of 4.0f, 8, 0, 0, record, transforms), with pending GUI events
-    // processed before and after. Nothing is sent while the host has given
-    // no callback.
+    // Sends the texture's record and the transforms to the host's callback
+    // through HostLink: (bits of 4.0f, 8, 0, 0, record, transforms), with
+    // pending GUI events processed before and after. Nothing is sent while
+    // the host has given no callback.
     void redraw();
 
 public slots:

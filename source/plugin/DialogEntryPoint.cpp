@@ -16,6 +16,7 @@
 #include "core/TransformData.h"
 #include "dialog/ApplicationEventFilter.h"
 #include "dialog/DialogPlacement.h"
+#include "dialog/HostLink.h"
 #include "dialog/MainWindow.h"
 #include "plugin/HostInterface.h"
 
@@ -62,6 +63,7 @@ GRITWELL_EXPORT float interactWithUser(char*, double, char* stateRecord, int, ch
     DLL2KelmarCallBack = hostBlock != nullptr
                              ? reinterpret_cast<HostCallback>(static_cast<void**>(hostBlock)[kHostCallbackWord])
                              : nullptr;
+    gritwell::HostLink::setCallback(DLL2KelmarCallBack);
 
     char applicationName[256] = {};
     std::memcpy(applicationName, kApplicationName, sizeof kApplicationName - 1);

@@ -3,18 +3,15 @@
 // argument: (text, number, block 1, size 1, block 2, size 2, host block),
 // returning a float the host reads as 1.0 for success.
 
-#include <cstdint>
+#include "dialog/HostLink.h"
 
 extern "C" {
 
 using HostEntryPoint = float (*)(char* text, double number, char* block1, int size1,
                                  char* block2, int size2, void* hostBlock);
 
-// The host's live-update function: four 32-bit words (the bits of 4.0f, then
-// 8, 0, 0) and the 256-byte state-record and 44-byte transform buffers. Its
-// result is ignored.
-using HostCallback = float (*)(std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t, char* record,
-                               char* transforms);
+// The host's live-update function, the one the dialog's pages send to.
+using HostCallback = gritwell::HostLink::Callback;
 
 // The host block is an array of pointer-sized words; this one holds the callback.
 constexpr int kHostCallbackWord = 7;
@@ -44,7 +41,8 @@ float interactWithUser(char* text, double number, char* block1, int size1, char*
 
 // Set once the application has been asked to quit while a dialog ran.
 extern bool appKilled;
-// The host's callback, taken from the host block at the start of every dialog.
+// The host's callback, taken from the host block at the start of every
+// dialog and handed to the dialog's HostLink at the same moment.
 extern HostCallback DLL2KelmarCallBack;
 }
 

@@ -28,7 +28,7 @@
 #include "textures/SimpleMarbleTexture3D.h"
 #include "textures/SimplexTexture3D.h"
 #include "textures/SnakeskinTexture3D.h"
-#include "textures/GrainedStoneTexture3D.h"
+#include "textures/SpeckledStoneTexture3D.h"
 #include "textures/SpheresTexture3D.h"
 #include "textures/SpiralTexture3D.h"
 #include "textures/StripesTexture3D.h"

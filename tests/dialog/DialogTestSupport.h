@@ -16,7 +16,7 @@
 
 #include <gtest/gtest.h>
 
-#include "plugin/HostInterface.h"
+#include "dialog/HostLink.h"
 
 namespace dialogtest {
 
@@ -45,9 +45,9 @@ inline float recordHostUpdate(std::uint32_t a, std::uint32_t b, std::uint32_t c,
 struct RecordingHost {
     RecordingHost() {
         hostUpdates().clear();
-        DLL2KelmarCallBack = &recordHostUpdate;
+        gritwell::HostLink::setCallback(&recordHostUpdate);
     }
-    ~RecordingHost() { DLL2KelmarCallBack = nullptr; }
+    ~RecordingHost() { gritwell::HostLink::setCallback(nullptr); }
     RecordingHost(const RecordingHost&) = delete;
     RecordingHost& operator=(const RecordingHost&) = delete;
 };

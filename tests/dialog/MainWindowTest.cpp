@@ -96,19 +96,6 @@ void click(MainWindow& w, const std::string& generator) {
 
 }  // namespace
 
-TEST(GeneratorRegistry, RegistrationsFollowTheDialogOrder) {
-    const std::set<std::string_view> unique(GeneratorRegistry::kDialogOrder.begin(),
-                                            GeneratorRegistry::kDialogOrder.end());
-    EXPECT_EQ(unique.size(), 31u);
-    for (const char* hidden : {"Constant", "Cell Noise", "Penrose Rhombus"}) EXPECT_EQ(unique.count(hidden), 0u);
-    auto next = GeneratorRegistry::kDialogOrder.begin();
-    for (const GeneratorRegistry::Registration& r : GeneratorRegistry::registrations()) {
-        next = std::find(next, GeneratorRegistry::kDialogOrder.end(), r.name);
-        ASSERT_NE(next, GeneratorRegistry::kDialogOrder.end()) << r.name << " out of order";
-        ++next;
-    }
-}
-
 TEST(MainWindow, ListsTheRegisteredGeneratorsInOrderUnchecked) {
     MainWindow w(nullptr);
     const auto registrations = GeneratorRegistry::registrations();

@@ -22,7 +22,7 @@
 #include "dialog/panels/FBMQtWrapper.h"
 #include "dialog/panels/GridQtWrapper.h"
 #include "dialog/panels/NestedShapesQtWrapper.h"
-#include "dialog/panels/GrainedStoneQtWrapper.h"
+#include "dialog/panels/SpeckledStoneQtWrapper.h"
 #include "dialog/panels/TurbulenceQtWrapper.h"
 #include "dialog/panels/VoronoiQtWrapper.h"
 

@@ -15,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include "DialogTestSupport.h"
+#include "dialog/HostLink.h"
 #include "dialog/panels/CheckerboardQtWrapper.h"
 
 using namespace gritwell;
@@ -220,7 +221,7 @@ TEST(CommonControls, InteractiveUpdateSwitchesTrackingOfTheCommonControls) {
 
 TEST(CommonControls, NoHostCallbackMeansNoCall) {
     Panel p;
-    ASSERT_EQ(DLL2KelmarCallBack, nullptr);
+    ASSERT_EQ(HostLink::callback(), nullptr);
     p.control<QSlider>("transX")->setValue(10);  // must not crash
     EXPECT_EQ(transformsOf(p.wrapper).xOffset, 0.1f);
 }

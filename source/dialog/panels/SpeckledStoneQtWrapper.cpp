@@ -1,4 +1,4 @@
-#include "dialog/panels/GrainedStoneQtWrapper.h"
+#include "dialog/panels/SpeckledStoneQtWrapper.h"
 
 #include <QSignalBlocker>
 

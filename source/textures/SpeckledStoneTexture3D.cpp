@@ -1,4 +1,4 @@
-#include "textures/GrainedStoneTexture3D.h"
+#include "textures/SpeckledStoneTexture3D.h"
 
 #include <cmath>
 

@@ -4,8 +4,8 @@
 // to the host.
 
 #include "dialog/QtWrapperBase.h"
-#include "textures/GrainedStoneTexture3D.h"
-#include "ui_GrainedStoneWidget.h"
+#include "textures/SpeckledStoneTexture3D.h"
+#include "ui_SpeckledStoneWidget.h"
 
 namespace gritwell {
 

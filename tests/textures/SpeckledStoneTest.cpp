@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "PointCases.h"
-#include "textures/GrainedStoneTexture3D.h"
+#include "textures/SpeckledStoneTexture3D.h"
 
 using namespace gritwell;
 
