@@ -8,10 +8,8 @@
 // The SSE2 form is for any x86-64; the wider ones only for code compiled
 // for the instruction set they name.
 
-#if defined(__x86_64__)
-#include <immintrin.h>
-
 #include "core/FloatToInt.h"
+#include "core/SimdTargets.h"
 
 namespace gritwell {
 
@@ -27,12 +25,12 @@ inline __m128i cellIndex(__m128 v) {
     return _mm_add_epi32(_mm_cvttps_epi32(v), _mm_castps_si128(negative));
 }
 
-__attribute__((target("avx2"))) inline __m256i cellIndex(__m256 v) {
+GRITWELL_AVX2 inline __m256i cellIndex(__m256 v) {
     const __m256 negative = _mm256_cmp_ps(v, _mm256_setzero_ps(), _CMP_LT_OQ);
     return _mm256_add_epi32(_mm256_cvttps_epi32(v), _mm256_castps_si256(negative));
 }
 
-__attribute__((target("avx512f"))) inline __m512i cellIndex(__m512 v) {
+GRITWELL_AVX512 inline __m512i cellIndex(__m512 v) {
     const __mmask16 negative = _mm512_cmp_ps_mask(v, _mm512_setzero_ps(), _CMP_LT_OQ);
     const __m512i t = _mm512_cvttps_epi32(v);
     return _mm512_mask_sub_epi32(t, negative, t, _mm512_set1_epi32(1));
@@ -40,7 +38,6 @@ __attribute__((target("avx512f"))) inline __m512i cellIndex(__m512 v) {
 
 // roundToInt lane by lane: cvtpd2dq rounds to nearest even and answers
 // INT_MIN for a NaN or a result outside the int range, as roundToInt does.
-__attribute__((target("avx2"))) inline __m128i roundToInt(__m256d v) { return _mm256_cvtpd_epi32(v); }
+GRITWELL_AVX2 inline __m128i roundToInt(__m256d v) { return _mm256_cvtpd_epi32(v); }
 
 }  // namespace gritwell
-#endif

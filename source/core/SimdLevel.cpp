@@ -8,15 +8,14 @@ namespace gritwell {
 namespace {
 
 SimdLevel processorLevel() {
-#if defined(__x86_64__)
     // libgcc's probe also checks that the operating system saves the wide
-    // registers, so a supported level is a usable one.
+    // registers, so a supported level is a usable one. The AVX-512 level
+    // asks for the features its kernels are compiled for (SimdTargets.h).
     __builtin_cpu_init();
     if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
         __builtin_cpu_supports("avx512vbmi"))
         return SimdLevel::kAvx512;
     if (__builtin_cpu_supports("avx2")) return SimdLevel::kAvx2;
-#endif
     return SimdLevel::kScalar;
 }
 

@@ -11,11 +11,12 @@
 #include <cmath>
 #include <cstdint>
 
-#include "core/DoubleLanes.h"
 #include "core/FloatToInt.h"
 #include "core/FloatToIntLanes.h"
 #include "core/SimdLevel.h"
+#include "core/SimdTargets.h"
 #include "noise/CellNoise.h"
+#include "noise/DoubleLanes.h"
 
 namespace gritwell::ARMan {
 
@@ -152,10 +153,6 @@ void voronoi_f1_3d(const float* P, float jitter, float& f1, float* pos1) {
 
 namespace {
 
-#if defined(__x86_64__)
-
-#define GRITWELL_AVX512 __attribute__((target("avx512f")))
-
 // cellCentre, lane by lane.
 GRITWELL_AVX512 inline __m512 centreLanes(__m512 v) {
     const __m512i cell = cellIndex(v);
@@ -258,8 +255,6 @@ GRITWELL_AVX512 void twoNearest16(const float* xs, const float* ys, float jitter
     _mm512_storeu_ps(sx, cx2);
     _mm512_storeu_ps(sy, cy2);
 }
-
-#define GRITWELL_AVX2 __attribute__((target("avx2")))
 
 GRITWELL_AVX2 inline __m256 centreLanes(__m256 v) {
     const DoubleLanes8 cell = widen(cellIndex(v));
@@ -371,14 +366,11 @@ GRITWELL_AVX2 void twoNearest8(const float* xs, const float* ys, float jitter, f
     _mm256_storeu_ps(sy, cy2);
 }
 
-#endif  // __x86_64__
-
 }  // namespace
 
 void voronoi_f1f2_2d(const float* x, const float* y, int n, float jitter, float* f1, float* f2, float* nearestX,
                      float* nearestY, float* secondX, float* secondY) {
     int done = 0;
-#if defined(__x86_64__)
     const SimdLevel level = simdLevel();
     if (level == SimdLevel::kAvx512)
         for (; done + 16 <= n; done += 16)
@@ -388,7 +380,6 @@ void voronoi_f1f2_2d(const float* x, const float* y, int n, float jitter, float*
         for (; done + 8 <= n; done += 8)
             twoNearest8(x + done, y + done, jitter, f1 + done, f2 + done, nearestX + done, nearestY + done,
                         secondX + done, secondY + done);
-#endif
     for (; done < n; ++done) {
         const float p[2] = {x[done], y[done]};
         float pos1[2], pos2[2];
@@ -403,7 +394,6 @@ void voronoi_f1f2_2d(const float* x, const float* y, int n, float jitter, float*
 void voronoi_f1_3d(const float* x, const float* y, const float* z, int n, float jitter, float* f1, float* nearestX,
                    float* nearestY, float* nearestZ) {
     int done = 0;
-#if defined(__x86_64__)
     const SimdLevel level = simdLevel();
     if (level == SimdLevel::kAvx512)
         for (; done + 16 <= n; done += 16)
@@ -413,7 +403,6 @@ void voronoi_f1_3d(const float* x, const float* y, const float* z, int n, float 
         for (; done + 8 <= n; done += 8)
             nearest8(x + done, y + done, z + done, jitter, f1 + done, nearestX + done, nearestY + done,
                      nearestZ + done);
-#endif
     for (; done < n; ++done) {
         const float p[3] = {x[done], y[done], z[done]};
         float pos1[3];

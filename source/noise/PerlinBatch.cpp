@@ -13,8 +13,9 @@
 #include <cstdint>
 #include <cstring>
 
-#include "core/ByteTableLanes.h"
 #include "core/FloatToIntLanes.h"
+#include "core/SimdTargets.h"
+#include "noise/ByteTableLanes.h"
 #include "noise/Perlin.h"
 #include "noise/PerlinGradientLanes.h"
 #include "noise/PerlinPermutation.h"
@@ -37,11 +38,7 @@ void noiseScalar(const float* x, const float* y, float* out, int n) {
     for (int i = 0; i < n; ++i) out[i] = Perlin::noise(x[i], y[i]);
 }
 
-#if defined(__x86_64__)
-
 // ---- AVX2: eight points per step, the hash chain through gathers ----------
-
-#define GRITWELL_AVX2 __attribute__((target("avx2")))
 
 // The permutation twice over, as bytes, with spare bytes after it so that a
 // 32-bit read at any index the hash chain forms (at most 510) stays inside.
@@ -150,8 +147,6 @@ GRITWELL_AVX2 void noiseAvx2(const float* xs, const float* ys, float* out, int n
 
 // ---- AVX-512: sixteen points per step, the hash chain through byte permutes
 
-#define GRITWELL_AVX512 __attribute__((target("avx512f,avx512bw,avx512vbmi")))
-
 GRITWELL_AVX512 inline __m512 fade(__m512 t) {
     const __m512 t3 = _mm512_mul_ps(_mm512_mul_ps(t, t), t);
     const __m512 inner = _mm512_sub_ps(_mm512_mul_ps(t, _mm512_set1_ps(6.0f)), _mm512_set1_ps(15.0f));
@@ -243,22 +238,16 @@ GRITWELL_AVX512 void noiseAvx512(const float* xs, const float* ys, float* out, i
     noiseScalar(xs + k, ys + k, out + k, n - k);
 }
 
-#endif  // __x86_64__
-
 bool sameBits(float a, float b) { return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b); }
 
 }  // namespace
 
 void PerlinBatch::noise(SimdLevel level, const float* x, const float* y, const float* z, float* out, int n) {
-#if defined(__x86_64__)
     switch (supportedSimdLevel(level)) {
     case SimdLevel::kAvx512: noiseAvx512(x, y, z, out, n); return;
     case SimdLevel::kAvx2: noiseAvx2(x, y, z, out, n); return;
     case SimdLevel::kScalar: break;
     }
-#else
-    (void)level;
-#endif
     noiseScalar(x, y, z, out, n);
 }
 
@@ -267,15 +256,11 @@ void PerlinBatch::noise(const float* x, const float* y, const float* z, float* o
 }
 
 void PerlinBatch::noise(SimdLevel level, const float* x, const float* y, float* out, int n) {
-#if defined(__x86_64__)
     switch (supportedSimdLevel(level)) {
     case SimdLevel::kAvx512: noiseAvx512(x, y, out, n); return;
     case SimdLevel::kAvx2: noiseAvx2(x, y, out, n); return;
     case SimdLevel::kScalar: break;
     }
-#else
-    (void)level;
-#endif
     noiseScalar(x, y, out, n);
 }
 

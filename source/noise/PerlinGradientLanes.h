@@ -2,8 +2,7 @@
 // Perlin::grad(h, x, y, z) over eight lanes, shared by the one-point and the
 // batch lattice-noise kernels.
 
-#if defined(__x86_64__)
-#include <immintrin.h>
+#include "core/SimdTargets.h"
 
 namespace gritwell {
 
@@ -11,7 +10,7 @@ namespace gritwell {
 // x for h 12 and 14, else z; each negated by bits 0 and 1.
 // Every test is made on a sign bit: shifting h left by 31 - k brings bit k
 // there, blendv reads it, and xor with it negates. So no constant is built.
-__attribute__((target("avx2"))) inline __m256 gradientLanes(__m256i h, __m256 x, __m256 y, __m256 z) {
+GRITWELL_AVX2 inline __m256 gradientLanes(__m256i h, __m256 x, __m256 y, __m256 z) {
     const __m256i bit3 = _mm256_slli_epi32(h, 28);
     const __m256i bit2 = _mm256_slli_epi32(h, 29);
     const __m256i bit0 = _mm256_slli_epi32(h, 31);
@@ -25,4 +24,3 @@ __attribute__((target("avx2"))) inline __m256 gradientLanes(__m256i h, __m256 x,
 }
 
 }  // namespace gritwell
-#endif

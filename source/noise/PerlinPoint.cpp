@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "core/FloatToIntLanes.h"
+#include "core/SimdTargets.h"
 #include "noise/PerlinGradientLanes.h"
 #include "noise/PerlinPermutation.h"
 
@@ -135,8 +136,6 @@ float noiseSse2(float x, float y, float z) {
 }
 
 // ---- AVX2: all eight corners in one register --------------------------------
-
-#define GRITWELL_AVX2 __attribute__((target("avx2")))
 
 GRITWELL_AVX2 float noiseAvx2(float x, float y, float z) {
     // One byte per corner, widened straight to lanes: lane 2k holds word k's

@@ -4,12 +4,13 @@
 #include <cstddef>
 
 #include "core/DistanceMetrics.h"
-#include "core/DoubleLanes.h"
 #include "core/FloatToInt.h"
 #include "core/FloatToIntLanes.h"
 #include "core/SimdLevel.h"
+#include "core/SimdTargets.h"
 #include "core/Rounding.h"
 #include "core/Vec3.h"
+#include "noise/DoubleLanes.h"
 
 namespace gritwell {
 
@@ -241,10 +242,6 @@ float Voronoi::Get(float x, float y, float z, VoronoiType t, DistanceMethod m) {
 
 namespace {
 
-#if defined(__x86_64__)
-
-#define GRITWELL_AVX2 __attribute__((target("avx2")))
-
 // A feature offset row padded to 16 bytes, so one load fetches it.
 struct alignas(16) OffsetRow {
     float x, y, z, unused;
@@ -428,27 +425,21 @@ GRITWELL_AVX2 void get8(const float* xs, const float* ys, const float* zs, Voron
     _mm256_storeu_ps(out, v);
 }
 
-#endif  // __x86_64__
-
 }  // namespace
 
 void Voronoi::Get(const float* x, const float* y, const float* z, int n, VoronoiType t, DistanceMethod m,
                   float* out) {
     int done = 0;
-#if defined(__x86_64__)
     // Minkowski4's root is the C library's powf, so it stays one point at a time.
     if (m != Minkowski4 && simdLevel() >= SimdLevel::kAvx2)
         for (; done + 8 <= n; done += 8) get8<3>(x + done, y + done, z + done, t, m, out + done);
-#endif
     for (; done < n; ++done) out[done] = Get(x[done], y[done], z[done], t, m);
 }
 
 void Voronoi::Get(const float* x, const float* y, int n, VoronoiType t, DistanceMethod m, float* out) {
     int done = 0;
-#if defined(__x86_64__)
     if (m != Minkowski4 && simdLevel() >= SimdLevel::kAvx2)
         for (; done + 8 <= n; done += 8) get8<1>(x + done, y + done, nullptr, t, m, out + done);
-#endif
     for (; done < n; ++done) out[done] = Get(x[done], y[done], t, m);
 }
 

@@ -4,12 +4,11 @@
 #include <cmath>
 #include <cstdint>
 
-#include <immintrin.h>
-
 #include "core/FloatToInt.h"
 #include "core/FloatToIntLanes.h"
 #include "core/Rounding.h"
 #include "core/SimdLevel.h"
+#include "core/SimdTargets.h"
 
 namespace gritwell {
 
@@ -141,8 +140,6 @@ int twistedValue(float x, float y, float z, float rate, float w) {
 
 
 // ---- Four points at a time, on AVX2 ------------------------------------------
-
-#define GRITWELL_AVX2 __attribute__((target("avx2")))
 
 GRITWELL_AVX2 inline __m256d all(double v) { return _mm256_set1_pd(v); }
 

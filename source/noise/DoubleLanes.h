@@ -1,10 +1,9 @@
 #pragma once
 // Float lanes as two registers of doubles and back, for the vector kernels
 // whose scalar forms compute in double and round to float: sixteen lanes for
-// code compiled for avx512f, eight for code compiled for avx2.
+// code compiled for the AVX-512 level, eight for code compiled for AVX2.
 
-#if defined(__x86_64__)
-#include <immintrin.h>
+#include "core/SimdTargets.h"
 
 namespace gritwell {
 
@@ -12,13 +11,13 @@ struct DoubleLanes {
     __m512d low, high;  // lanes 0..7 and 8..15
 };
 
-__attribute__((target("avx512f"))) inline DoubleLanes widen(__m512 v) {
+GRITWELL_AVX512 inline DoubleLanes widen(__m512 v) {
     return {_mm512_cvtps_pd(_mm512_castps512_ps256(v)),
             _mm512_cvtps_pd(_mm256_castpd_ps(_mm512_extractf64x4_pd(_mm512_castps_pd(v), 1)))};
 }
 
 // Each double rounded to the nearest float, as a static_cast<float> does.
-__attribute__((target("avx512f"))) inline __m512 narrow(const DoubleLanes& d) {
+GRITWELL_AVX512 inline __m512 narrow(const DoubleLanes& d) {
     return _mm512_castpd_ps(_mm512_insertf64x4(_mm512_castps_pd(_mm512_castps256_ps512(_mm512_cvtpd_ps(d.low))),
                                                _mm256_castps_pd(_mm512_cvtpd_ps(d.high)), 1));
 }
@@ -27,18 +26,17 @@ struct DoubleLanes8 {
     __m256d low, high;  // lanes 0..3 and 4..7
 };
 
-__attribute__((target("avx2"))) inline DoubleLanes8 widen(__m256 v) {
+GRITWELL_AVX2 inline DoubleLanes8 widen(__m256 v) {
     return {_mm256_cvtps_pd(_mm256_castps256_ps128(v)), _mm256_cvtps_pd(_mm256_extractf128_ps(v, 1))};
 }
 
 // Eight int lanes, each exactly as a double.
-__attribute__((target("avx2"))) inline DoubleLanes8 widen(__m256i v) {
+GRITWELL_AVX2 inline DoubleLanes8 widen(__m256i v) {
     return {_mm256_cvtepi32_pd(_mm256_castsi256_si128(v)), _mm256_cvtepi32_pd(_mm256_extracti128_si256(v, 1))};
 }
 
-__attribute__((target("avx2"))) inline __m256 narrow(const DoubleLanes8& d) {
+GRITWELL_AVX2 inline __m256 narrow(const DoubleLanes8& d) {
     return _mm256_insertf128_ps(_mm256_castps128_ps256(_mm256_cvtpd_ps(d.low)), _mm256_cvtpd_ps(d.high), 1);
 }
 
 }  // namespace gritwell
-#endif
