@@ -11,10 +11,13 @@ namespace {
 constexpr int kOctaves = 6;
 constexpr int kBlock = 256;
 
-float octaveTerm(float sum, float n, double weight, float f) {
+// Octave by octave: the sum after the noise n at frequency f, and the next
+// frequency.
+[[gnu::always_inline]] inline float octaveTerm(float sum, float n, double weight, float f) {
     const float unit = static_cast<float>(0.5 + static_cast<double>(n) / 2.0);
     return static_cast<float>(sum + std::fabs(0.5 - static_cast<double>(unit)) * weight / f);
 }
+[[gnu::always_inline]] inline float nextFrequency(float f) { return f * 2.0f; }
 }  // namespace
 
 float absoluteOctaveSum(float qx, float qy, float qz, bool planar, float firstFrequency, double weight) {
@@ -24,7 +27,7 @@ float absoluteOctaveSum(float qx, float qy, float qz, bool planar, float firstFr
     for (int i = 0; static_cast<double>(i) < kOctaves; ++i) {
         const float n = planar ? Perlin::noise(f * qx, f * qy) : Perlin::noise(f * qx, f * qy, f * qz);
         sum = octaveTerm(sum, n, weight, f);
-        f *= 2.0f;
+        f = nextFrequency(f);
     }
     return sum;
 }
@@ -49,7 +52,7 @@ void absoluteOctaveSum(const float* qx, const float* qy, const float* qz, int n,
                 PerlinBatch::noise(x, y, z, sample, m);
             }
             for (int i = 0; i < m; ++i) sum[i] = octaveTerm(sum[i], sample[i], weight, f);
-            f *= 2.0f;
+            f = nextFrequency(f);
         }
     }
 }

@@ -5,6 +5,9 @@
 
 namespace gritwell {
 
+// What Erosion and Dents shade: the sum cubed, then times their magnitude.
+[[gnu::always_inline]] inline float cubed(float magnitude, float sum) { return magnitude * (sum * sum * sum); }
+
 float absoluteOctaveSum(float qx, float qy, float qz, bool planar, float firstFrequency, double weight);
 
 // The sum for n points at once: out[i] is

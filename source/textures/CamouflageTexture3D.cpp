@@ -9,136 +9,164 @@ namespace gritwell {
 
 namespace {
 
+struct Position {
+    float x, y, z;
+};
+
+// ---- Where the layers sample ------------------------------------------------
+//
+// Each layer warps the point by three noise samples, c + frequency * sample
+// per coordinate, and covers where the noise at the warped position exceeds
+// the threshold in magnitude. Stored textures look as they do because of
+// every offset, order and precision below.
+
+// Layer 1 samples at the point and at two offsets from it.
+[[gnu::always_inline]] inline Position layer1Second(float x, float y, float z) {
+    return {1.0f + x, y + 0.0f, z + 0.0f};
+}
+[[gnu::always_inline]] inline Position layer1Third(float x, float y, float z) {
+    return {0.0f + x, y + 1.0f, z + 2.0f};
+}
+
+// Layer 2 hands the noise its coordinates as (y, x, z), moved by half a
+// cell; the offsets of its second and third samples are added in double.
+[[gnu::always_inline]] inline Position layer2First(float x, float y, float z) {
+    return {y + 0.5f, x + 0.5f, z + 0.5f};
+}
+[[gnu::always_inline]] inline Position layer2Offset(float x, float y, float z, double dy, double dx, double dz) {
+    return {static_cast<float>(dy + (y + 0.5)), static_cast<float>(dx + (x + 0.5)), static_cast<float>(dz + (z + 0.5))};
+}
+[[gnu::always_inline]] inline Position layer2Second(float x, float y, float z) {
+    return layer2Offset(x, y, z, 0.0, 1.0, 0.0);
+}
+[[gnu::always_inline]] inline Position layer2Third(float x, float y, float z) {
+    return layer2Offset(x, y, z, 1.0, 0.0, 2.0);
+}
+
+[[gnu::always_inline]] inline float warped(float frequency, float sample, float c) { return frequency * sample + c; }
+
 // The noise of layer 1 is taken at three times the warped position, so its
 // blotches are a third the size of layer 2's.
 constexpr float kLayer1Scale = 3.0f;
 
-// Whether the layer covers the base: the noise magnitude at (u, v, w) exceeds
-// the threshold.
-bool covers(float u, float v, float w, float threshold) {
-    return std::fabs(Perlin::noise(u, v, w)) > threshold;
+[[gnu::always_inline]] inline Position layer1Scaled(const Position& w) {
+    return {kLayer1Scale * w.x, kLayer1Scale * w.y, kLayer1Scale * w.z};
 }
 
+// Layer 1's position in space from its three samples n1, n2, n3.
+[[gnu::always_inline]] inline Position layer1Warp(float f, float n1, float n2, float n3, float x, float y, float z) {
+    return layer1Scaled({warped(f, n1, x), warped(f, n2, y), warped(f, n3, z)});
+}
+
+// Layer 2's position in space from its three samples, which move y, z
+// and x.
+[[gnu::always_inline]] inline Position layer2Warp(float f, float n1, float n2, float n3, float x, float y, float z) {
+    return {warped(f, n1, y), warped(f, n2, z), warped(f, n3, x)};
+}
+
+// ---- Colour -----------------------------------------------------------------
+
+// A layer's colour where the noise at its warped position is n.
+[[gnu::always_inline]] inline float layerColor(const CamouflageTexture3D::Record& r, float n, float color) {
+    return std::fabs(n) > r.threshold ? color : r.baseColor;
+}
+
+// The layers are told apart by value: a layer coloured like the base is
+// invisible and lets the one beneath show through.
+[[gnu::always_inline]] inline float topColor(const CamouflageTexture3D::Record& r, float c1, float c2) {
+    if (c1 == r.baseColor && c2 == r.baseColor) return r.baseColor;
+    if (c1 != r.baseColor) return c1;
+    return c2;
+}
+
+// ---- One point --------------------------------------------------------------
+
+float noiseAt(const Position& p) { return Perlin::noise(p.x, p.y, p.z); }
+
+// The noise at layer 1's warped position. Planar mode warps only x and y,
+// by 2-D samples, and leaves w at 0.
 float layer1(const CamouflageTexture3D::Record& r, bool planar, float x, float y, float z) {
     const float f = r.frequency;
-    float u, v, w;
     if (planar) {
-        u = f * Perlin::noise(x, y) + x;
-        v = f * Perlin::noise(1.0f + x, y + 0.0f) + y;
-        w = 0.0f;
-    } else {
-        u = f * Perlin::noise(x, y, z) + x;
-        v = f * Perlin::noise(1.0f + x, y + 0.0f, z + 0.0f) + y;
-        w = f * Perlin::noise(0.0f + x, y + 1.0f, z + 2.0f) + z;
+        const Position second = layer1Second(x, y, z);
+        const float u = warped(f, Perlin::noise(x, y), x);
+        const float v = warped(f, Perlin::noise(second.x, second.y), y);
+        return noiseAt(layer1Scaled({u, v, 0.0f}));
     }
-    return covers(kLayer1Scale * u, kLayer1Scale * v, kLayer1Scale * w, r.threshold) ? r.layer1Color
-                                                                                      : r.baseColor;
+    return noiseAt(layer1Warp(f, Perlin::noise(x, y, z), noiseAt(layer1Second(x, y, z)),
+                              noiseAt(layer1Third(x, y, z)), x, y, z));
 }
 
-// Layer 2 hands the noise its coordinates as (y, x, z) and stays
-// three-dimensional in planar mode; the offset positions after the first are
-// formed in double. Stored textures look as they do because of all three.
+// The noise at layer 2's warped position. Layer 2 stays three-dimensional
+// in planar mode, but for its warp: two samples, moving y and x, and w at 0.
 float layer2(const CamouflageTexture3D::Record& r, bool planar, float x, float y, float z) {
     const float f = r.frequency;
-    const float a = x + 0.5f, b = y + 0.5f, c = z + 0.5f;
-    const double ad = x + 0.5, bd = y + 0.5, cd = z + 0.5;
-    const float first = Perlin::noise(b, a, c);
-    const float second = Perlin::noise(static_cast<float>(0.0 + bd), static_cast<float>(1.0 + ad),
-                                       static_cast<float>(0.0 + cd));
-    float u, v, w;
-    if (planar) {
-        u = f * first + y;
-        v = f * second + x;
-        w = 0.0f;
-    } else {
-        const float third = Perlin::noise(static_cast<float>(1.0 + bd), static_cast<float>(0.0 + ad),
-                                          static_cast<float>(2.0 + cd));
-        u = f * first + y;
-        v = f * second + z;
-        w = f * third + x;
+    const float first = noiseAt(layer2First(x, y, z));
+    const float second = noiseAt(layer2Second(x, y, z));
+    if (planar) return Perlin::noise(warped(f, first, y), warped(f, second, x), 0.0f);
+    return noiseAt(layer2Warp(f, first, second, noiseAt(layer2Third(x, y, z)), x, y, z));
+}
+
+// ---- A block ----------------------------------------------------------------
+
+// The noise at at(x[i], y[i], z[i]) for every point of the block.
+template <class At>
+void noiseAcross(At at, const float* x, const float* y, const float* z, int n, float* out) {
+    float a[CamouflageTexture3D::kBlockPoints], b[CamouflageTexture3D::kBlockPoints],
+        c[CamouflageTexture3D::kBlockPoints];
+    for (int i = 0; i < n; ++i) {
+        const Position p = at(x[i], y[i], z[i]);
+        a[i] = p.x;
+        b[i] = p.y;
+        c[i] = p.z;
     }
-    return covers(u, v, w, r.threshold) ? r.layer2Color : r.baseColor;
+    PerlinBatch::noise(a, b, c, out, n);
+}
+
+// The noise at a layer's warped position, warp(f, n1, n2, n3, x, y, z), for
+// every point of the block, from its three samples.
+template <class Warp>
+void warpedNoiseAcross(Warp warp, float f, const float* n1, const float* n2, const float* n3, const float* x,
+                       const float* y, const float* z, int n, float* out) {
+    float u[CamouflageTexture3D::kBlockPoints], v[CamouflageTexture3D::kBlockPoints],
+        w[CamouflageTexture3D::kBlockPoints];
+    for (int i = 0; i < n; ++i) {
+        const Position p = warp(f, n1[i], n2[i], n3[i], x[i], y[i], z[i]);
+        u[i] = p.x;
+        v[i] = p.y;
+        w[i] = p.z;
+    }
+    PerlinBatch::noise(u, v, w, out, n);
 }
 
 }  // namespace
 
 float CamouflageTexture3D::evaluate(const Record& r, int flags, float x, float y, float z) {
     const bool planar = isPlanar(flags);
-    const float c1 = layer1(r, planar, x, y, z);
-    const float c2 = layer2(r, planar, x, y, z);
-    // The layers are told apart by value: a layer coloured like the base is
-    // invisible and lets the one beneath show through.
-    if (c1 == r.baseColor && c2 == r.baseColor) return r.baseColor;
-    if (c1 != r.baseColor) return c1;
-    return c2;
+    const float c1 = layerColor(r, layer1(r, planar, x, y, z), r.layer1Color);
+    const float c2 = layerColor(r, layer2(r, planar, x, y, z), r.layer2Color);
+    return topColor(r, c1, c2);
 }
 
 // The 3-D layers as above, sample by sample over the block.
 void CamouflageTexture3D::evaluateBlock(const Record& r, int flags, const float* points, int n, float* out) {
     if (isPlanar(flags)) return evaluateEach(r, flags, points, n, out);
     const PointBlock p(points, n, 1.0f);
-    const float* x = p.x;
-    const float* y = p.y;
-    const float* z = p.z;
     const float f = r.frequency;
-    float u[kBlockPoints], v[kBlockPoints], w[kBlockPoints], sample[kBlockPoints];
-    bool layer1Covers[kBlockPoints];
+    float n1[kBlockPoints], n2[kBlockPoints], n3[kBlockPoints], layer1Noise[kBlockPoints];
 
-    // Layer 1: the point warped by three samples, then sampled at three times that.
-    PerlinBatch::noise(x, y, z, sample, n);
-    for (int i = 0; i < n; ++i) u[i] = f * sample[i] + x[i];
-    for (int i = 0; i < n; ++i) {
-        v[i] = 1.0f + x[i];
-        w[i] = y[i] + 0.0f;
-        sample[i] = z[i] + 0.0f;
-    }
-    PerlinBatch::noise(v, w, sample, sample, n);
-    for (int i = 0; i < n; ++i) v[i] = f * sample[i] + y[i];
-    float a[kBlockPoints], b[kBlockPoints], c[kBlockPoints];
-    for (int i = 0; i < n; ++i) {
-        a[i] = 0.0f + x[i];
-        b[i] = y[i] + 1.0f;
-        c[i] = z[i] + 2.0f;
-    }
-    PerlinBatch::noise(a, b, c, sample, n);
-    for (int i = 0; i < n; ++i) {
-        w[i] = f * sample[i] + z[i];
-        u[i] = kLayer1Scale * u[i];
-        v[i] = kLayer1Scale * v[i];
-        w[i] = kLayer1Scale * w[i];
-    }
-    PerlinBatch::noise(u, v, w, sample, n);
-    for (int i = 0; i < n; ++i) layer1Covers[i] = std::fabs(sample[i]) > r.threshold;
+    PerlinBatch::noise(p.x, p.y, p.z, n1, n);
+    noiseAcross(layer1Second, p.x, p.y, p.z, n, n2);
+    noiseAcross(layer1Third, p.x, p.y, p.z, n, n3);
+    warpedNoiseAcross(layer1Warp, f, n1, n2, n3, p.x, p.y, p.z, n, layer1Noise);
 
-    // Layer 2: (y, x, z) and offsets formed in double.
-    for (int i = 0; i < n; ++i) {
-        a[i] = y[i] + 0.5f;
-        b[i] = x[i] + 0.5f;
-        c[i] = z[i] + 0.5f;
-    }
-    PerlinBatch::noise(a, b, c, sample, n);
-    for (int i = 0; i < n; ++i) u[i] = f * sample[i] + y[i];
-    for (int i = 0; i < n; ++i) {
-        a[i] = static_cast<float>(0.0 + (y[i] + 0.5));
-        b[i] = static_cast<float>(1.0 + (x[i] + 0.5));
-        c[i] = static_cast<float>(0.0 + (z[i] + 0.5));
-    }
-    PerlinBatch::noise(a, b, c, sample, n);
-    for (int i = 0; i < n; ++i) v[i] = f * sample[i] + z[i];
-    for (int i = 0; i < n; ++i) {
-        a[i] = static_cast<float>(1.0 + (y[i] + 0.5));
-        b[i] = static_cast<float>(0.0 + (x[i] + 0.5));
-        c[i] = static_cast<float>(2.0 + (z[i] + 0.5));
-    }
-    PerlinBatch::noise(a, b, c, sample, n);
-    for (int i = 0; i < n; ++i) w[i] = f * sample[i] + x[i];
-    PerlinBatch::noise(u, v, w, sample, n);
+    noiseAcross(layer2First, p.x, p.y, p.z, n, n1);
+    noiseAcross(layer2Second, p.x, p.y, p.z, n, n2);
+    noiseAcross(layer2Third, p.x, p.y, p.z, n, n3);
+    warpedNoiseAcross(layer2Warp, f, n1, n2, n3, p.x, p.y, p.z, n, out);
 
-    for (int i = 0; i < n; ++i) {
-        const float c1 = layer1Covers[i] ? r.layer1Color : r.baseColor;
-        const float c2 = std::fabs(sample[i]) > r.threshold ? r.layer2Color : r.baseColor;
-        out[i] = c1 == r.baseColor && c2 == r.baseColor ? r.baseColor : c1 != r.baseColor ? c1 : c2;
-    }
+    for (int i = 0; i < n; ++i)
+        out[i] = topColor(r, layerColor(r, layer1Noise[i], r.layer1Color), layerColor(r, out[i], r.layer2Color));
 }
 
 template class RecordTexture3D<CamouflageTexture3D>;

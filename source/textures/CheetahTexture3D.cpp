@@ -15,6 +15,9 @@ constexpr float kGround = 0.8f;
 constexpr float kWobbleFrequency = 3.0f;  // edge noise cycles per cell
 constexpr float kWobbleAmplitude = 0.2f;  // edge shift at full spot variability
 
+// The edge noise in the plane.
+float planarWobble(float x, float y) { return Perlin::noise(kWobbleFrequency * x, kWobbleFrequency * y); }
+
 // A spot's diameter is the spot size times 0.75 .. 1.25.
 constexpr float kSizeBase = 0.75f;
 constexpr float kSizeRange = 0.5f;
@@ -66,8 +69,7 @@ float CheetahTexture3D::evaluate(const Record& r, int flags, float x, float y, f
         float pos1[2];
         float pos2[2];
         ARMan::voronoi_f1f2_2d(p, r.layoutVariability, f1, pos1, f2, pos2);
-        return planarSpot(r, f1, Perlin::noise(kWobbleFrequency * x, kWobbleFrequency * y),
-                          CellNoise::cellNoise(pos1[0], pos1[1]));
+        return planarSpot(r, f1, planarWobble(x, y), CellNoise::cellNoise(pos1[0], pos1[1]));
     }
     const float p[3] = {x, y, z};
     float f1;
@@ -84,10 +86,8 @@ void CheetahTexture3D::evaluateBlock(const Record& r, int flags, const float* po
     if (isPlanar(flags)) {
         float f2[kBlockPoints], secondX[kBlockPoints], secondY[kBlockPoints];
         ARMan::voronoi_f1f2_2d(p.x, p.y, n, r.layoutVariability, f1, f2, nearestX, nearestY, secondX, secondY);
-        for (int i = 0; i < n; ++i) {
-            const float wobble = Perlin::noise(kWobbleFrequency * p.x[i], kWobbleFrequency * p.y[i]);
-            out[i] = planarSpot(r, f1[i], wobble, CellNoise::cellNoise(nearestX[i], nearestY[i]));
-        }
+        for (int i = 0; i < n; ++i)
+            out[i] = planarSpot(r, f1[i], planarWobble(p.x[i], p.y[i]), CellNoise::cellNoise(nearestX[i], nearestY[i]));
         return;
     }
     float nearestZ[kBlockPoints];

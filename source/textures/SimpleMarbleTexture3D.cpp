@@ -1,14 +1,11 @@
 #include "textures/SimpleMarbleTexture3D.h"
 
 #include <array>
-#include <bit>
-#include <cstring>
 
 #include "core/FloatToInt.h"
 #include "core/UnitRange.h"
 #include "noise/PRMan.h"
-#include "noise/Perlin.h"
-#include "noise/PerlinBatch.h"
+#include "textures/SettlingOctaveSum.h"
 
 namespace gritwell {
 
@@ -60,72 +57,40 @@ float colorSpline(float x, const std::array<float, kKnots + 1>& knots) {
     return spline(t, knots[i], knots[i + 1], knots[i + 2], knots[i + 3]);
 }
 
-float marbleColor(float m) {
+// The value of an octave sum m: its place on the marble ramp.
+float marbleValue(float m) {
     const float x = PRMan::clamp(0.75f + 2.0f * m, 0.0f, 1.0f);
-    return colorSpline(x, marbleKnots());
+    return clampUnit(colorSpline(x, marbleKnots()));
 }
+
+// ---- Octave steps -----------------------------------------------------------
+
+// Octave k samples the scaled point at frequency 2.17^k and adds the noise
+// weighted by the inverse of that frequency.
+struct MarbleOctave {
+    [[gnu::always_inline]] static float at(float c, float f) { return f * c; }
+    [[gnu::always_inline]] static float add(float sum, float n, float f) { return sum + n / f; }
+    // A step of 2.17 rather than 2 keeps octaves off each other's lattice;
+    // stored records depend on this exact step and its double product.
+    [[gnu::always_inline]] static float next(float f) { return static_cast<float>(2.17 * static_cast<double>(f)); }
+};
+
+constexpr float kFirstFrequency = 1.0f;
 
 }  // namespace
 
 // ---- Evaluation -------------------------------------------------------------
 
 float SimpleMarbleTexture3D::evaluate(const Record& r, int flags, float x, float y, float z) {
-    const float qx = r.textureScale * x;
-    const float qy = r.textureScale * y;
-    const float qz = r.textureScale * z;
-    const bool planar = isPlanar(flags);
-
-    float sum = 0.0f;
-    float f = 1.0f;
-    for (std::int32_t i = 0; i < r.octaves; ++i) {
-        const float before[2] = {sum, f};
-        const float n = planar ? Perlin::noise(f * qx, f * qy) : Perlin::noise(f * qx, f * qy, f * qz);
-        sum += n / f;
-        // A step of 2.17 rather than 2 keeps octaves off each other's lattice;
-        // stored records depend on this exact step and its double product.
-        f = static_cast<float>(2.17 * static_cast<double>(f));
-        // Sum and frequency alone decide the next octave. Once one leaves both
-        // bit for bit unchanged (the frequency has overflowed, so every later
-        // octave adds zero or NaN to the same NaN), every later octave would
-        // too: a damaged record's huge count ends here, within about 120
-        // octaves, with the bits the full loop would give.
-        const float after[2] = {sum, f};
-        if (std::memcmp(before, after, sizeof before) == 0) break;
-    }
-    return clampUnit(marbleColor(sum));
+    const float s = r.textureScale;
+    return marbleValue(
+        settlingOctaveSum<MarbleOctave>(r.octaves, kFirstFrequency, isPlanar(flags), s * x, s * y, s * z));
 }
 
-// The octave loop across a block: a point whose sum an octave left
-// unchanged, while the frequency also stayed put, is settled for good, so
-// the pass runs until every point has settled and they keep their bits.
 void SimpleMarbleTexture3D::evaluateBlock(const Record& r, int flags, const float* points, int n, float* out) {
-    const bool planar = isPlanar(flags);
     const PointBlock q(points, n, r.textureScale);
-    float x[kBlockPoints], y[kBlockPoints], z[kBlockPoints], sample[kBlockPoints];
-    float* sum = out;
-    for (int j = 0; j < n; ++j) sum[j] = 0.0f;
-    float f = 1.0f;
-    for (std::int32_t i = 0; i < r.octaves; ++i) {
-        for (int j = 0; j < n; ++j) {
-            x[j] = f * q.x[j];
-            y[j] = f * q.y[j];
-            z[j] = f * q.z[j];
-        }
-        if (planar)
-            PerlinBatch::noise(x, y, sample, n);
-        else
-            PerlinBatch::noise(x, y, z, sample, n);
-        bool changed = false;
-        for (int j = 0; j < n; ++j) {
-            const float s = sum[j] + sample[j] / f;
-            changed |= std::bit_cast<std::uint32_t>(s) != std::bit_cast<std::uint32_t>(sum[j]);
-            sum[j] = s;
-        }
-        const float next = static_cast<float>(2.17 * static_cast<double>(f));
-        if (!changed && std::bit_cast<std::uint32_t>(next) == std::bit_cast<std::uint32_t>(f)) break;
-        f = next;
-    }
-    for (int j = 0; j < n; ++j) out[j] = clampUnit(marbleColor(sum[j]));
+    settlingOctaveSum<MarbleOctave, kBlockPoints>(r.octaves, kFirstFrequency, isPlanar(flags), q.x, q.y, q.z, n, out);
+    for (int j = 0; j < n; ++j) out[j] = marbleValue(out[j]);
 }
 
 template class RecordTexture3D<SimpleMarbleTexture3D>;

@@ -46,11 +46,12 @@ Vec2 wobbleAt(const Vec2& v, float frequency) {
     return {x, y};
 }
 
-// The grid wobble: the noise there times amplitude.
-float getVariabilityNoise(const Vec2& v, float frequency, float amplitude) {
-    const Vec2 p = wobbleAt(v, frequency);
-    return Perlin::noise(p.x, p.y) * amplitude;
-}
+// The second wobble reads the point before rotation, moved off the first's
+// pattern: stored images depend on this.
+Vec2 secondWobbleSource(float x, float y) { return {17.0f + x, y + 83.0f}; }
+
+// How far a wobble moves a coordinate: the noise there times amplitude.
+float wobble(float noise, float amplitude) { return noise * amplitude; }
 
 // The point turned onto the scale rows and sheared into diamonds.
 Vec2 slanted(float x, float y) {
@@ -83,6 +84,13 @@ bool outsideRoundedCorners(const SnakeskinTexture3D::Record& r, float hw, const 
     if (l.x >= 1.0f - R && R >= l.y && squaredDistance(l, {1.0f - R, R}) >= radius * radius) return true;
     return false;
 }
+
+// Where the scale noise's fractal sum is taken for grid point q, and the
+// sum's octave count.
+Vec2 scaleNoiseAt(const SnakeskinTexture3D::Record& r, float qx, float qy) {
+    return {qx * r.scaleNoiseDetail, qy * r.scaleNoiseDetail};
+}
+float scaleNoiseOctaves(const SnakeskinTexture3D::Record& r) { return static_cast<float>(r.scaleNoiseOctaves); }
 
 // The intensity at the wobbled grid point q: grooves, corners, then the
 // scale's tone. noiseSum() gives the fractal sum at q, asked for only on a
@@ -118,15 +126,14 @@ float SnakeskinTexture3D::evaluate(const Record& r, int, float x, float y, float
     if (r.scaleVariabilityEnabled != 0) {
         const float f = r.scaleVariabilityFrequency;
         const float a = r.scaleVariabilityAmplitude;
-        q.x += getVariabilityNoise(q, f, a);
-        // The second wobble reads the point before rotation: stored images
-        // depend on this.
-        q.y += getVariabilityNoise({17.0f + x, y + 83.0f}, f, a);
+        const Vec2 pa = wobbleAt(q, f);
+        const Vec2 pb = wobbleAt(secondWobbleSource(x, y), f);
+        q.x += wobble(Perlin::noise(pa.x, pa.y), a);
+        q.y += wobble(Perlin::noise(pb.x, pb.y), a);
     }
     return scaleIntensity(r, q.x, q.y, [&] {
-        const float d = r.scaleNoiseDetail;
-        return FBM::fBM(q.x * d, q.y * d, static_cast<float>(r.scaleNoiseOctaves), r.scaleNoiseLacunarity,
-                        r.scaleNoiseGain);
+        const Vec2 s = scaleNoiseAt(r, q.x, q.y);
+        return FBM::fBM(s.x, s.y, scaleNoiseOctaves(r), r.scaleNoiseLacunarity, r.scaleNoiseGain);
     });
 }
 
@@ -145,9 +152,8 @@ void SnakeskinTexture3D::evaluateBlock(const Record& r, int, const float* points
         const float a = r.scaleVariabilityAmplitude;
         float ax[kBlockPoints]{}, ay[kBlockPoints]{}, bx[kBlockPoints]{}, by[kBlockPoints]{};
         for (int i = 0; i < n; ++i) {
-            const float x = points[3 * i], y = points[3 * i + 1];
             const Vec2 pa = wobbleAt({qx[i], qy[i]}, f);
-            const Vec2 pb = wobbleAt({17.0f + x, y + 83.0f}, f);
+            const Vec2 pb = wobbleAt(secondWobbleSource(points[3 * i], points[3 * i + 1]), f);
             ax[i] = pa.x;
             ay[i] = pa.y;
             bx[i] = pb.x;
@@ -156,19 +162,19 @@ void SnakeskinTexture3D::evaluateBlock(const Record& r, int, const float* points
         PerlinBatch::noise(ax, ay, ax, n);
         PerlinBatch::noise(bx, by, bx, n);
         for (int i = 0; i < n; ++i) {
-            qx[i] += ax[i] * a;
-            qy[i] += bx[i] * a;
+            qx[i] += wobble(ax[i], a);
+            qy[i] += wobble(bx[i], a);
         }
     }
     float sums[kBlockPoints];
     if (r.scaleNoiseAdd != 0) {
-        const float d = r.scaleNoiseDetail;
         float sx[kBlockPoints], sy[kBlockPoints];
         for (int i = 0; i < n; ++i) {
-            sx[i] = qx[i] * d;
-            sy[i] = qy[i] * d;
+            const Vec2 s = scaleNoiseAt(r, qx[i], qy[i]);
+            sx[i] = s.x;
+            sy[i] = s.y;
         }
-        FBM::fBM(sx, sy, n, static_cast<float>(r.scaleNoiseOctaves), r.scaleNoiseLacunarity, r.scaleNoiseGain, sums);
+        FBM::fBM(sx, sy, n, scaleNoiseOctaves(r), r.scaleNoiseLacunarity, r.scaleNoiseGain, sums);
     }
     for (int i = 0; i < n; ++i) out[i] = scaleIntensity(r, qx[i], qy[i], [&] { return sums[i]; });
 }

@@ -243,10 +243,13 @@ GRITWELL_AVX2 void twistBlock(float rate, float w, const float* x, const float* 
     for (; i < n; ++i) out[i] = twisted(rate, w, x[i], y[i], z[i]);
 }
 
+// How far either side of a line's centre a point counts as on it.
+float halfWidth(const SpiralTexture3D::Record& r) { return r.stripeWidth / 2.0f; }
+
 }  // namespace
 
 float SpiralTexture3D::evaluate(const Record& r, int flags, float x, float y, float z) {
-    const float w = r.stripeWidth / 2.0f;
+    const float w = halfWidth(r);
     if (isPlanar(flags)) return onLine(y * r.spiralRate + x, w) ? 0.0f : 1.0f;
     return twisted(r.spiralRate, w, x, y, z);
 }
@@ -255,7 +258,7 @@ float SpiralTexture3D::evaluate(const Record& r, int flags, float x, float y, fl
 void SpiralTexture3D::evaluateBlock(const Record& r, int flags, const float* points, int n, float* out) {
     if (isPlanar(flags) || simdLevel() < SimdLevel::kAvx2) return evaluateEach(r, flags, points, n, out);
     const PointBlock p(points, n, 1.0f);
-    twistBlock(r.spiralRate, r.stripeWidth / 2.0f, p.x, p.y, p.z, n, out);
+    twistBlock(r.spiralRate, halfWidth(r), p.x, p.y, p.z, n, out);
 }
 
 template class RecordTexture3D<SpiralTexture3D>;

@@ -63,26 +63,31 @@ float shade(const VoronoiTileTexture3D::Record& r, float edge, const float neare
     return clampUnit(c);
 }
 
-float boundarySum(const VoronoiTileTexture3D::Record& r, float x, float y) {
-    const float d = r.boundaryDetail;
-    return FBM::fBM(d * x, d * y, static_cast<float>(r.boundaryOctaves), r.boundaryLacunarity, r.boundaryGain);
+// A noise term's fractal sum: its detail scales the point.
+struct NoiseSum {
+    float detail;
+    float octaves;
+    float lacunarity;
+    float gain;
+};
+
+NoiseSum boundaryTerm(const VoronoiTileTexture3D::Record& r) {
+    return {r.boundaryDetail, static_cast<float>(r.boundaryOctaves), r.boundaryLacunarity, r.boundaryGain};
 }
 
-float cellSum(const VoronoiTileTexture3D::Record& r, float x, float y) {
-    const float d = r.cellDetail;
-    return FBM::fBM(d * x, d * y, static_cast<float>(r.cellOctaves), r.cellLacunarity, r.cellGain);
+NoiseSum cellTerm(const VoronoiTileTexture3D::Record& r) {
+    return {r.cellDetail, static_cast<float>(r.cellOctaves), r.cellLacunarity, r.cellGain};
 }
 
-// A noise term's fractal sum at every point of a block, through the batch
-// sum; the same bits as boundarySum or cellSum point by point.
-void sumsAcross(const float* points, int n, float detail, std::int32_t octaves, float lacunarity, float gain,
-                float* out) {
-    float x[VoronoiTileTexture3D::kBlockPoints], y[VoronoiTileTexture3D::kBlockPoints];
-    for (int i = 0; i < n; ++i) {
-        x[i] = detail * points[3 * i];
-        y[i] = detail * points[3 * i + 1];
-    }
-    FBM::fBM(x, y, n, static_cast<float>(octaves), lacunarity, gain, out);
+float sumAt(const NoiseSum& s, float x, float y) {
+    return FBM::fBM(s.detail * x, s.detail * y, s.octaves, s.lacunarity, s.gain);
+}
+
+// The sum at every point of a block, through the batch sum; the same bits
+// as sumAt point by point.
+void sumsAcross(const NoiseSum& s, const float* points, int n, float* out) {
+    VoronoiTileTexture3D::PointBlock p(points, n, s.detail);
+    FBM::fBM(p.x, p.y, n, s.octaves, s.lacunarity, s.gain, out);
 }
 
 }  // namespace
@@ -93,8 +98,8 @@ float VoronoiTileTexture3D::evaluate(const Record& r, int, float x, float y, flo
     float nearest[2], second[2];
     ARMan::voronoi_f1f2_2d(p, r.cellVariability, f1, nearest, f2, second);
     return shade(
-        r, edgeDistance(x, y, nearest, second), nearest, [&] { return boundarySum(r, x, y); },
-        [&] { return cellSum(r, x, y); });
+        r, edgeDistance(x, y, nearest, second), nearest, [&] { return sumAt(boundaryTerm(r), x, y); },
+        [&] { return sumAt(cellTerm(r), x, y); });
 }
 
 // The search and the noise sums across the block at once, then each point's
@@ -105,9 +110,8 @@ void VoronoiTileTexture3D::evaluateBlock(const Record& r, int, const float* poin
     float secondX[kBlockPoints], secondY[kBlockPoints];
     ARMan::voronoi_f1f2_2d(p.x, p.y, n, r.cellVariability, f1, f2, nearestX, nearestY, secondX, secondY);
     float boundary[kBlockPoints], cell[kBlockPoints];
-    if (r.boundaryAddNoise != 0)
-        sumsAcross(points, n, r.boundaryDetail, r.boundaryOctaves, r.boundaryLacunarity, r.boundaryGain, boundary);
-    if (r.cellAddNoise != 0) sumsAcross(points, n, r.cellDetail, r.cellOctaves, r.cellLacunarity, r.cellGain, cell);
+    if (r.boundaryAddNoise != 0) sumsAcross(boundaryTerm(r), points, n, boundary);
+    if (r.cellAddNoise != 0) sumsAcross(cellTerm(r), points, n, cell);
     for (int i = 0; i < n; ++i) {
         const float nearest[2] = {nearestX[i], nearestY[i]};
         const float second[2] = {secondX[i], secondY[i]};
