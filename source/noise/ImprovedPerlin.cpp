@@ -6,18 +6,14 @@
 #include <cmath>
 
 #include "core/FloatToInt.h"
-#include "noise/PerlinPermutation.h"
+#include "noise/PerlinLattice.h"
 
 namespace gritwell {
 
 namespace {
 
-constexpr std::array<int, 512> kP = doubledPerlinPermutation<int>();
-
-double fade(double t) { return t * t * t * (t * (t * 6 - 15) + 10); }
-
-// Blends from a at t = 0 to b at t = 1 (unlike the library's global lerp).
-double lerp(double t, double a, double b) { return a + t * (b - a); }
+using lattice::fade;
+using lattice::interp;
 
 // The reference grad picks u and v among x, y, z and negates them by the
 // low four bits of the hash: twelve edge gradients, four of them repeated.
@@ -64,26 +60,22 @@ double ImprovedPerlin::noise3(double x, double y, double z) const {
     const double u = fade(x);
     const double v = fade(y);
     const double w = fade(z);
-    const int A = kP[X] + Y;
-    const int AA = kP[A] + Z;
-    const int AB = kP[A + 1] + Z;
-    const int B = kP[X + 1] + Y;
-    const int BA = kP[B] + Z;
-    const int BB = kP[B + 1] + Z;
-    return lerp(w,
-                lerp(v, lerp(u, grad(kP[AA], x, y, z), grad(kP[BA], x - 1, y, z)),
-                     lerp(u, grad(kP[AB], x, y - 1, z), grad(kP[BB], x - 1, y - 1, z))),
-                lerp(v, lerp(u, grad(kP[AA + 1], x, y, z - 1), grad(kP[BA + 1], x - 1, y, z - 1)),
-                     lerp(u, grad(kP[AB + 1], x, y - 1, z - 1), grad(kP[BB + 1], x - 1, y - 1, z - 1))));
+    const std::array<int, 8> h = lattice::cornerHashes(X, Y, Z);
+    return interp(w,
+                  interp(v, interp(u, grad(h[0], x, y, z), grad(h[1], x - 1, y, z)),
+                         interp(u, grad(h[2], x, y - 1, z), grad(h[3], x - 1, y - 1, z))),
+                  interp(v, interp(u, grad(h[4], x, y, z - 1), grad(h[5], x - 1, y, z - 1)),
+                         interp(u, grad(h[6], x, y - 1, z - 1), grad(h[7], x - 1, y - 1, z - 1))));
 }
 
 double ImprovedPerlin::noise1(double x) const {
     const double fx = std::floor(x);
     const int X = cell(fx);
     x -= fx;
-    const double g0 = (kP[X] & 1) == 0 ? x : -x;
-    const double g1 = (kP[X + 1] & 1) == 0 ? x - 1 : -(x - 1);
-    return lerp(fade(x), g0, g1);
+    const std::array<int, 2> h = lattice::cornerHashes(X);
+    const double g0 = (h[0] & 1) == 0 ? x : -x;
+    const double g1 = (h[1] & 1) == 0 ? x - 1 : -(x - 1);
+    return interp(fade(x), g0, g1);
 }
 
 }  // namespace gritwell

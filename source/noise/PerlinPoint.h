@@ -1,7 +1,8 @@
 #pragma once
-// Perlin::noise(x, y, z) at one point, with a kernel per instruction set:
-// SSE2 for any x86-64 processor and AVX2, which holds all eight corners in
-// one register. Every kernel gives the same bits.
+// Perlin::noise(x, y, z) at one point: its definition in plain scalar code,
+// and a kernel per instruction set, SSE2 for any x86-64 processor and AVX2,
+// which holds all eight corners in one register. The kernels here and
+// PerlinBatch's across arrays give the definition's bits.
 
 #include "core/SimdLevel.h"
 
@@ -9,6 +10,9 @@ namespace gritwell {
 
 class PerlinPoint {
 public:
+    // The definition, corner by corner in Ken Perlin's order of operations:
+    // what every kernel is held to. Nothing on the evaluation path calls it.
+    static float reference(float x, float y, float z);
     // On the kernel of simdLevel().
     static float noise(float x, float y, float z);
     // On a chosen level's kernel (lowered to what this processor runs); the
