@@ -1,11 +1,13 @@
-// The application event filter: quit requests and application state changes.
+// The application event filter: what each event prints, and whether it sets
+// the killed flag. Every event goes on to the application.
 
 #include <sstream>
+#include <utility>
+#include <vector>
 
+#include <QApplicationStateChangeEvent>
 #include <QCoreApplication>
 #include <QEvent>
-#include <QGuiApplication>
-#include <QApplicationStateChangeEvent>
 #include <QObject>
 
 #include <gtest/gtest.h>
@@ -14,48 +16,34 @@
 
 using gritwell::ApplicationEventFilter;
 
-namespace {
-
-bool sendState(ApplicationEventFilter& filter, Qt::ApplicationState state) {
-    QApplicationStateChangeEvent event(state);
-    return filter.eventFilter(QCoreApplication::instance(), &event);
-}
-
-}  // namespace
-
-TEST(ApplicationEventFilter, QuitSetsTheKilledFlag) {
-    bool killed = false;
-    std::ostringstream out;
-    ApplicationEventFilter filter(killed, out);
-    QEvent quit(QEvent::Quit);
-    EXPECT_FALSE(filter.eventFilter(QCoreApplication::instance(), &quit));
-    EXPECT_TRUE(killed);
-    EXPECT_EQ(out.str(), "kEventAppQuit\n");
-}
-
-TEST(ApplicationEventFilter, ReportsStateChangesAndLetsThemThrough) {
-    bool killed = false;
-    std::ostringstream out;
-    ApplicationEventFilter filter(killed, out);
-    EXPECT_FALSE(sendState(filter, Qt::ApplicationActive));
-    EXPECT_FALSE(sendState(filter, Qt::ApplicationInactive));
-    EXPECT_FALSE(sendState(filter, Qt::ApplicationHidden));
-    EXPECT_FALSE(sendState(filter, Qt::ApplicationActive));
-    EXPECT_FALSE(sendState(filter, Qt::ApplicationSuspended));
-    EXPECT_EQ(out.str(),
-              "kEventAppActivated\nkEventAppDeactivated\nkEventAppHidden\nkEventAppShown\nkEventAppActivated\n");
-    EXPECT_FALSE(killed);
-}
-
-TEST(ApplicationEventFilter, WatchesOnlyTheApplicationObject) {
-    bool killed = false;
-    std::ostringstream out;
-    ApplicationEventFilter filter(killed, out);
+TEST(ApplicationEventFilter, PrintsEachApplicationEventAndLetsItThrough) {
+    QEvent quit(QEvent::Quit), close(QEvent::Close);
+    QApplicationStateChangeEvent active(Qt::ApplicationActive), inactive(Qt::ApplicationInactive),
+        hidden(Qt::ApplicationHidden), suspended(Qt::ApplicationSuspended);
     QObject other;
-    QEvent quit(QEvent::Quit);
-    EXPECT_FALSE(filter.eventFilter(&other, &quit));
-    QEvent close(QEvent::Close);
-    EXPECT_FALSE(filter.eventFilter(QCoreApplication::instance(), &close));
-    EXPECT_FALSE(killed);
-    EXPECT_EQ(out.str(), "");
+    const struct {
+        std::vector<std::pair<QObject*, QEvent*>> events;
+        const char* printed;
+        bool killed;
+    } cases[] = {
+        {{{QCoreApplication::instance(), &quit}}, "kEventAppQuit\n", true},
+        // Leaving the hidden state says so first.
+        {{{QCoreApplication::instance(), &active},
+          {QCoreApplication::instance(), &inactive},
+          {QCoreApplication::instance(), &hidden},
+          {QCoreApplication::instance(), &active},
+          {QCoreApplication::instance(), &suspended}},
+         "kEventAppActivated\nkEventAppDeactivated\nkEventAppHidden\nkEventAppShown\nkEventAppActivated\n",
+         false},
+        // Only the application object is watched, and only these events.
+        {{{&other, &quit}, {QCoreApplication::instance(), &close}}, "", false},
+    };
+    for (const auto& c : cases) {
+        bool killed = false;
+        std::ostringstream out;
+        ApplicationEventFilter filter(killed, out);
+        for (const auto& [watched, event] : c.events) EXPECT_FALSE(filter.eventFilter(watched, event));
+        EXPECT_EQ(out.str(), c.printed);
+        EXPECT_EQ(killed, c.killed);
+    }
 }

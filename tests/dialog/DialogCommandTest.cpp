@@ -27,14 +27,19 @@ Outcome run(const std::string& environment, const std::string& args) {
 
 }  // namespace
 
-TEST(DialogCommand, NeedsADisplay) {
-    const Outcome r = run("-u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM", "dialog");
-    EXPECT_EQ(r.status, 1);
-    EXPECT_NE(r.err.find("needs a display"), std::string::npos) << r.err;
-}
-
-TEST(DialogCommand, RejectsAnUnreadableRecordBeforeOpening) {
-    const Outcome r = run("QT_QPA_PLATFORM=offscreen", "dialog /nonexistent/record.rec -o /dev/null");
-    EXPECT_EQ(r.status, 2);
-    EXPECT_NE(r.err.find("cannot read"), std::string::npos) << r.err;
+TEST(DialogCommand, RefusesBeforeOpening) {
+    const struct {
+        const char* environment;
+        const char* args;
+        int status;
+        const char* message;
+    } cases[] = {
+        {"-u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM", "dialog", 1, "needs a display"},
+        {"QT_QPA_PLATFORM=offscreen", "dialog /nonexistent/record.rec -o /dev/null", 2, "cannot read"},
+    };
+    for (const auto& c : cases) {
+        const Outcome r = run(c.environment, c.args);
+        EXPECT_EQ(r.status, c.status) << c.args;
+        EXPECT_NE(r.err.find(c.message), std::string::npos) << r.err;
+    }
 }

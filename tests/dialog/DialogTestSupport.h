@@ -1,13 +1,11 @@
 #pragma once
 // What the dialog suites share: a host callback that records every update it
-// is sent, a generator's page built on its own, and a way to act on the modal
-// dialog once it is on screen.
+// is sent, and a way to act on the modal dialog once it is on screen.
 
 #include <array>
 #include <cstdint>
 #include <cstring>
 #include <functional>
-#include <string>
 #include <vector>
 
 #include <QApplication>
@@ -51,49 +49,6 @@ struct RecordingHost {
     RecordingHost(const RecordingHost&) = delete;
     RecordingHost& operator=(const RecordingHost&) = delete;
 };
-
-// One generator's page as the registry builds it: the form on the page
-// first, then the panel over the texture. control<C>("name") finds a control
-// of the page, common block included.
-template <class T, class W, class U>
-struct PanelPage {
-    using Texture = T;
-    using Ui = U;
-    struct Form {
-        Form() { ui.setupUi(&page); }
-        T texture;
-        U ui;
-        QWidget page;
-    };
-    PanelPage() : wrapper(&form.texture, nullptr, &form.ui, &form.page, nullptr) {}
-
-    template <class C>
-    C* control(const char* name) const {
-        C* c = form.page.template findChild<C*>(name);
-        EXPECT_NE(c, nullptr) << name;
-        return c;
-    }
-    T& texture() { return form.texture; }
-    // The texture's record as the host gets it (getDescription is not const).
-    std::string record() {
-        char bytes[256] = {};
-        form.texture.getDescription(bytes);
-        return std::string(bytes, sizeof bytes);
-    }
-
-    Form form;
-    W wrapper;
-};
-
-// The page's own controls of type C, without the common transform block.
-template <class C>
-std::vector<C*> ownControls(const QWidget& page) {
-    const auto* common = page.findChild<QWidget*>("CommonWidget");
-    std::vector<C*> own;
-    for (C* c : page.findChildren<C*>())
-        if (common == nullptr || !common->isAncestorOf(c)) own.push_back(c);
-    return own;
-}
 
 // Runs `act` on the modal dialog as soon as one is visible, polling the
 // event loop that shows it.

@@ -87,19 +87,3 @@ TEST(EntryPoint, OkWritesExactlyTheRecordsSizeAndTheTransforms) {
     ASSERT_FALSE(hostUpdates().empty());
     EXPECT_EQ(std::memcmp(hostUpdates().back().record.data(), expectedRecord, BrickTexture3D::kRecordSize), 0);
 }
-
-TEST(EntryPoint, CancelLeavesTheRecordAndWritesTheTransforms) {
-    HostBuffers host;
-    host.record[0] = 0;  // no record: the dialog opens on the checkerboard
-    const std::array<char, 256> sent = host.record;
-
-    dialogtest::whenDialogShown([](QWidget* dialog) {
-        currentPage(dialog)->findChild<QSlider*>("variability")->setValue(90);
-        currentPage(dialog)->findChild<QSlider*>("transZ")->setValue(15);
-        press(dialog, QDialogButtonBox::Cancel);
-    });
-    host.interact();
-
-    EXPECT_EQ(host.record, sent);
-    EXPECT_EQ(TransformData::fromBytes(host.transforms.data()).zOffset, 0.15f);
-}

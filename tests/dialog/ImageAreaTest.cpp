@@ -78,7 +78,6 @@ TEST(ImageArea, PixelsSampleTheSliceAroundTheOrigin) {
     area.redraw(&xRamp);
     EXPECT_EQ(xRamp.evaluations, 200 * 200);
     EXPECT_EQ(area.image().pixel(0, 0), grey(0));
-    EXPECT_EQ(area.image().pixel(199, 199), grey(truncToInt(255.0 * double(199.0f / 200.0f - 0.5f + 0.5f))));
     EXPECT_EQ(area.image().pixel(199, 199), grey(253));
 
     ProbeTexture yRamp([](float, float y, float) { return y + 0.5f; });
