@@ -14,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include "PointCases.h"
 #include "RecordVariants.h"
 #include "textures/TextureFactory.h"
 
@@ -94,10 +95,6 @@ protected:
         return bytes;
     }
 };
-
-// Every NaN counts as one value: which sign a NaN carries depends on the
-// order of an addition's operands, and no host reads it.
-std::uint32_t bitsOf(float v) { return std::isnan(v) ? 0x7fc00000u : std::bit_cast<std::uint32_t>(v); }
 
 std::vector<float> randomPoints(int n, float extent, unsigned seed) {
     std::mt19937 rng(seed);
