@@ -325,18 +325,8 @@ TEST(Psychedelic, CellNoiseOfTheNoiseWarpedPoint) {
     t.setFrequency(0.0f);  // one intensity everywhere
     const float everywhere = 0.5f * CellNoise::cellNoise(0.0f, 0.0f) + 0.2f;
     expectValues(t, {{0.37f, -1.3f, 2.9f, everywhere}, {-40.5f, 17.2f, 3.3f, everywhere}});
-}
-
-TEST(Psychedelic, ColoursMapTheCellValueAndTheResultIsClamped) {
-    PsychedelicTexture3D plain, wide;
-    wide.setMinColor(-1.0f);
-    wide.setMaxColor(2.0f);
-    for (float x = -2.0f; x < 2.0f; x += 0.23f) {
-        const float w = std::fmin(1.0f, std::fmax(0.0f, 3.0f * valueAt(plain, x, 0.7f, 0.4f) + -1.0f));
-        expectValues(wide, {{x, 0.7f, 0.4f, w}});
-    }
-    wide.setMinColor(kNaN);  // a NaN intensity fails the high bound's test: white
-    expectValues(wide, {{0.3f, 0.6f, 0.9f, 1.0f}});
+    t.setMinColor(kNaN);  // a NaN intensity fails the high bound's test: white
+    expectValues(t, {{0.3f, 0.6f, 0.9f, 1.0f}});
 }
 
 // ---- Camouflage ----
@@ -459,14 +449,6 @@ TEST(SpeckledStone, HalfwayShadesRoundUpAndDegenerateCountsAndExponents) {
     }
 }
 
-TEST(SpeckledStone, IntegerFieldsReadBackAsFloats) {
-    SpeckledStoneTexture3D t;
-    t.setNShades(16777217);  // the stored integer is exact; only its float reading rounds
-    EXPECT_EQ(t.nShades(), 16777216.0f);
-    t.setExponent(-3);
-    EXPECT_EQ(t.exponent(), -3.0f);
-}
-
 // ---- Cheetah ----
 
 namespace {
@@ -528,31 +510,6 @@ TEST(Cheetah, EachSpotHasItsOwnSizeWhetherInSpaceOrThePlane) {
     expectValues(t, {{2.67f, 0.5f, 17.3f, kGround}, {3.67f, 0.5f, 17.3f, kSpot}, {1.0f, 1.0f, 0.5f, kGround}});
 }
 
-TEST(Cheetah, SpotEdgesWobble) {
-    // Around the spot of cell (3, 0, 0), radius 0.3134: without wobble a ring
-    // just outside is all ground and one just inside all spot; at full spot
-    // variability each ring holds both.
-    CheetahTexture3D t;
-    t.setLayoutVariability(0.0f);
-    auto ringCounts = [&](float radius) {
-        int spots = 0, ground = 0;
-        for (int k = 0; k < 64; ++k) {
-            const float a = static_cast<float>(k) * 0.09817477f;
-            (valueAt(t, 3.5f + radius * std::cos(a), 0.5f + radius * std::sin(a), 0.5f) == kSpot ? spots : ground)++;
-        }
-        return std::pair{spots, ground};
-    };
-    t.setSpotVariability(0.0f);
-    EXPECT_EQ(ringCounts(0.345f), std::pair(0, 64));
-    EXPECT_EQ(ringCounts(0.285f), std::pair(64, 0));
-    t.setSpotVariability(1.0f);
-    for (float radius : {0.345f, 0.285f}) {
-        const auto [spots, ground] = ringCounts(radius);
-        EXPECT_GT(spots, 0) << radius;
-        EXPECT_GT(ground, 0) << radius;
-    }
-}
-
 // ---- Voronoi Tiles ----
 
 namespace {
@@ -583,18 +540,11 @@ Point along(const FeaturePair& f, float t) {
 }  // namespace
 
 TEST(VoronoiTile, SquareGridWithoutJitterHasGroutOnTheCellSides) {
-    // No jitter: every feature on its cell centre, so the bisectors are the
-    // cell sides and along y = 0.5 the edge distance is the distance to x = 1.
+    // Every feature on its cell centre: the bisectors are the cell sides.
     VoronoiTileTexture3D t;
     t.setCellVariability(0.0f);
-    expectValues(t, {
-        {0.5f, 0.5f, 0.0f, 0.75f},
-        {1.02f, 0.5f, 0.0f, 0.0f},  // 0.02 from the side: within half of 0.05
-        {0.98f, 0.5f, 0.0f, 0.0f},
-        {1.03f, 0.5f, 0.0f, 0.75f},
-        {-0.97f, -0.5f, 0.0f, 0.75f},
-        {1.0f, 1.0f, 0.0f, 0.0f},  // where four tiles meet
-    });
+    expectValues(t, {{0.5f, 0.5f, 0.0f, 0.75f}, {1.02f, 0.5f, 0.0f, 0.0f}, {1.03f, 0.5f, 0.0f, 0.75f},
+                     {-0.97f, -0.5f, 0.0f, 0.75f}, {1.0f, 1.0f, 0.0f, 0.0f}});
     t.setBoundaryThickness(0.1f);
     expectValues(t, {{1.04f, 0.5f, 0.0f, 0.0f}, {1.06f, 0.5f, 0.0f, 0.75f}});
     t.setBoundaryThickness(0.0f);  // no thickness, no grout, not even on the bisector
