@@ -7,13 +7,6 @@
 
 namespace gritwell {
 
-namespace {
-
-// A function object, not a function: each sum's loop then inlines it.
-constexpr auto addWeighted = [](float sum, float sample, float amplitude) { return sum + sample * amplitude; };
-
-}  // namespace
-
 float FBM::fBM(float x, float octaves, float lacunarity, float gain) {
     return fractalSum<1>({x}, octaves, lacunarity, gain, latticeNoise<1>, addWeighted);
 }
@@ -31,11 +24,11 @@ float FBM::fBM(const Vec3& p, float octaves, float lacunarity, float gain) {
 }
 
 void FBM::fBM(float* x, float* y, float* z, int n, float octaves, float lacunarity, float gain, float* out) {
-    fractalSumBlock(x, y, z, n, octaves, lacunarity, gain, addWeighted, out);
+    fractalSumBlock(x, y, z, n, octaves, lacunarity, gain, 1.0f, addWeighted, out);
 }
 
 void FBM::fBM(float* x, float* y, int n, float octaves, float lacunarity, float gain, float* out) {
-    fractalSumBlock(x, y, nullptr, n, octaves, lacunarity, gain, addWeighted, out);
+    fractalSumBlock(x, y, nullptr, n, octaves, lacunarity, gain, 1.0f, addWeighted, out);
 }
 
 // A fresh improved-noise object per call, as the sum has always made one;

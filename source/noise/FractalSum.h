@@ -18,15 +18,19 @@ namespace gritwell {
 // hang on one point.
 inline constexpr int kMaxOctaves = 1024;
 
-// `add(sum, sample, amplitude)` folds one octave into the sum. The position
-// is the caller's copy. Once an octave leaves sum, amplitude and position
-// bit for bit as they were, every later octave would too, so the loop stops
-// there with the bits of the full loop; it also stops at kMaxOctaves.
+// The usual fold: the sample at its octave's weight. A function object, not
+// a function, so each sum's loop inlines it.
+inline constexpr auto addWeighted = [](float sum, float sample, float amplitude) { return sum + sample * amplitude; };
+
+// `add(sum, sample, amplitude)` folds one octave into the sum; the first
+// octave's amplitude is `amplitude`. The position is the caller's copy. Once
+// an octave leaves sum, amplitude and position bit for bit as they were,
+// every later octave would too, so the loop stops there with the bits of the
+// full loop; it also stops at kMaxOctaves.
 template <std::size_t N, class Sample, class Add>
 float fractalSum(std::array<float, N> position, float octaves, float lacunarity, float gain,
-                 Sample sample, Add add) {
+                 Sample sample, Add add, float amplitude = 1.0f) {
     float sum = 0.0f;
-    float amplitude = 1.0f;
     for (int i = 0; i < kMaxOctaves && static_cast<float>(i) < octaves; ++i) {
         const float before[2] = {sum, amplitude};
         const std::array<float, N> from = position;
@@ -45,8 +49,8 @@ float fractalSum(std::array<float, N> position, float octaves, float lacunarity,
 // position moves by the lacunarity (z null in the plane). True if any
 // point changed. The two forms are separate loops, each branch-free.
 template <class Add>
-bool fractalOctave(float* x, float* y, float* z, int m, const float* sample, float amplitude, float lacunarity,
-                   Add add, float* sum) {
+[[gnu::always_inline]] inline bool fractalOctave(float* x, float* y, float* z, int m, const float* sample,
+                                                 float amplitude, float lacunarity, Add add, float* sum) {
     bool changed = false;
     if (z) {
         for (int i = 0; i < m; ++i) {
@@ -77,13 +81,14 @@ bool fractalOctave(float* x, float* y, float* z, int m, const float* sample, flo
 
 // fractalSum over the lattice noise for n points at once: out[i] is
 // fractalSum<3>({x[i], y[i], z[i]}, ...) with latticeNoise<3>, or, with z
-// null, fractalSum<2>({x[i], y[i]}, ...) with latticeNoise<2>, bit for bit.
-// x, y and z are scratch and come back scaled. A point whose octave left it
-// unchanged would be left unchanged by every later one, so the pass runs
-// until every point has stopped and the finished ones keep their bits.
+// null, fractalSum<2>({x[i], y[i]}, ...) with latticeNoise<2>, bit for bit,
+// the first octave at firstAmplitude. x, y and z are scratch and come back
+// scaled. A point whose octave left it unchanged would be left unchanged by
+// every later one, so the pass runs until every point has stopped and the
+// finished ones keep their bits.
 template <class Add>
-void fractalSumBlock(float* x, float* y, float* z, int n, float octaves, float lacunarity, float gain, Add add,
-                     float* out) {
+void fractalSumBlock(float* x, float* y, float* z, int n, float octaves, float lacunarity, float gain,
+                     float firstAmplitude, Add add, float* out) {
     constexpr int kBlock = 256;
     for (int start = 0; start < n; start += kBlock) {
         const int m = n - start < kBlock ? n - start : kBlock;
@@ -92,7 +97,7 @@ void fractalSumBlock(float* x, float* y, float* z, int n, float octaves, float l
         float* bz = z ? z + start : nullptr;
         float* sum = out + start;
         for (int i = 0; i < m; ++i) sum[i] = 0.0f;
-        float amplitude = 1.0f;
+        float amplitude = firstAmplitude;
         float sample[kBlock];
         for (int o = 0; o < kMaxOctaves && static_cast<float>(o) < octaves; ++o) {
             if (bz)

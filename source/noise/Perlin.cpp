@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "core/FloatToInt.h"
+#include "noise/FractalSum.h"
 #include "noise/PerlinLattice.h"
 #include "noise/PerlinPermutation.h"
 #include "noise/PerlinPoint.h"
@@ -562,43 +563,19 @@ float Perlin::snoise(float x, float y, float z, float w) {
 
 // ---- Octave sums and band-limited forms -------------------------------------
 
-// Within a few hundred octaves every coordinate has doubled to 0 or an
-// infinity and the amplitude halved to 0 (or sits at an infinity or NaN), so
-// an octave then leaves the whole state bit for bit as it was, and every
-// later one would too: the sums stop there, and a damaged record's huge
-// octave count ends with the bits the full loop gives.
+// The fractal sum of the lattice noise. Within a few hundred
+// octaves every coordinate has doubled to 0 or an infinity and the amplitude
+// halved to 0 (or sits at an infinity or NaN), after which the sum stops
+// changing too, so the loop ends long before its cap of kMaxOctaves: a
+// damaged record's huge octave count ends with the bits the full loop gives.
 float Perlin::Get(float x, float y, int octaveCount, float freq, float amp) {
-    x = x * freq;
-    y = y * freq;
-    float sum = 0.0f;
-    for (int o = 0; o < octaveCount; ++o) {
-        const float before[4] = {x, y, sum, amp};
-        sum = sum + noise(x, y) * amp;
-        x = x * 2.0f;
-        y = y * 2.0f;
-        amp = amp * 0.5f;
-        const float after[4] = {x, y, sum, amp};
-        if (std::memcmp(before, after, sizeof before) == 0) break;
-    }
-    return sum;
+    return fractalSum<2>({x * freq, y * freq}, static_cast<float>(octaveCount), kGetLacunarity, kGetGain,
+                         latticeNoise<2>, addWeighted, amp);
 }
 
 float Perlin::Get(float x, float y, float z, int octaveCount, float freq, float amp) {
-    x = x * freq;
-    y = y * freq;
-    z = z * freq;
-    float sum = 0.0f;
-    for (int o = 0; o < octaveCount; ++o) {
-        const float before[5] = {x, y, z, sum, amp};
-        sum = sum + noise(x, y, z) * amp;
-        x = x * 2.0f;
-        y = y * 2.0f;
-        z = z * 2.0f;
-        amp = amp * 0.5f;
-        const float after[5] = {x, y, z, sum, amp};
-        if (std::memcmp(before, after, sizeof before) == 0) break;
-    }
-    return sum;
+    return fractalSum<3>({x * freq, y * freq, z * freq}, static_cast<float>(octaveCount), kGetLacunarity, kGetGain,
+                         latticeNoise<3>, addWeighted, amp);
 }
 
 float Perlin::fnoise2D(float x, float y, float fw) { return fadeOut(noise(x, y), fw); }

@@ -70,7 +70,11 @@ public:
     static float point(float x, float y, float z, int i, int j, int k);
     static float point(float x, float y, float z, float w, int i, int j, int k, int l);
 
-    // Octave sums of `noise`: in about [-2 amp, 2 amp]; 0 for octaves <= 0.
+    // Octave sums of `noise`, each octave at kGetLacunarity times the
+    // frequency and kGetGain times the amplitude of the one before: in about
+    // [-2 amp, 2 amp]; 0 for octaves <= 0.
+    static constexpr float kGetLacunarity = 2.0f;
+    static constexpr float kGetGain = 0.5f;
     static float Get(float x, float y, int octaves, float freq, float amp);
     static float Get(float x, float y, float z, int octaves, float freq, float amp);
 

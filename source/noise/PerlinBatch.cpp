@@ -8,11 +8,9 @@
 #pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
 #endif
 
-#include <bit>
-#include <cstdint>
-
 #include "core/SimdTargets.h"
 #include "noise/ByteTableLanes.h"
+#include "noise/FractalSum.h"
 #include "noise/Perlin.h"
 #include "noise/PerlinLattice.h"
 
@@ -21,9 +19,6 @@ namespace gritwell {
 namespace {
 
 using namespace lattice;
-
-// Points per pass of the octave sum: its scratch lives on the stack.
-constexpr int kBlock = 256;
 
 void noiseScalar(const float* x, const float* y, const float* z, float* out, int n) {
     for (int i = 0; i < n; ++i) out[i] = Perlin::noise(x[i], y[i], z[i]);
@@ -105,8 +100,6 @@ GRITWELL_AVX512 void noiseAvx512(const float* xs, const float* ys, float* out, i
     noiseScalar(xs + k, ys + k, out + k, n - k);
 }
 
-bool sameBits(float a, float b) { return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b); }
-
 }  // namespace
 
 void PerlinBatch::noise(SimdLevel level, const float* x, const float* y, const float* z, float* out, int n) {
@@ -133,73 +126,24 @@ void PerlinBatch::noise(SimdLevel level, const float* x, const float* y, float* 
 
 void PerlinBatch::noise(const float* x, const float* y, float* out, int n) { noise(simdLevel(), x, y, out, n); }
 
-namespace {
-
-// Perlin::Get stops a point once an octave leaves its position, sum and
-// amplitude unchanged; a further octave from that state would leave it
-// unchanged again. So a pass runs every point until all have stopped, and
-// the finished ones keep their bits. z is null in the plane.
-void octaveSum(float* x, float* y, float* z, int n, int octaves, float freq, float amp, float* out) {
+// Perlin::Get's fractal sum, over blocks of points.
+void PerlinBatch::Get(float* x, float* y, float* z, int n, int octaves, float freq, float amp, float* out) {
     for (int i = 0; i < n; ++i) {
         x[i] = x[i] * freq;
         y[i] = y[i] * freq;
-        if (z) z[i] = z[i] * freq;
-        out[i] = 0.0f;
+        z[i] = z[i] * freq;
     }
-    for (int start = 0; start < n; start += kBlock) {
-        const int m = n - start < kBlock ? n - start : kBlock;
-        float* bx = x + start;
-        float* by = y + start;
-        float* bz = z ? z + start : nullptr;
-        float* sum = out + start;
-        float a = amp;
-        float sample[kBlock];
-        for (int o = 0; o < octaves; ++o) {
-            if (bz)
-                PerlinBatch::noise(bx, by, bz, sample, m);
-            else
-                PerlinBatch::noise(bx, by, sample, m);
-            // Separate loops for space and the plane: a test on z per point
-            // would cost more than the noise. These are the steps of
-            // fractalOctave (FractalSum.h) with lacunarity 2, kept here:
-            // calling it measured 21 to 28 ns a point for Perlin Noise.
-            bool changed = false;
-            if (bz) {
-                for (int i = 0; i < m; ++i) {
-                    const float s = sum[i] + sample[i] * a;
-                    const float nx = bx[i] * 2.0f, ny = by[i] * 2.0f, nz = bz[i] * 2.0f;
-                    changed |= !sameBits(s, sum[i]) || !sameBits(nx, bx[i]) || !sameBits(ny, by[i]) ||
-                               !sameBits(nz, bz[i]);
-                    sum[i] = s;
-                    bx[i] = nx;
-                    by[i] = ny;
-                    bz[i] = nz;
-                }
-            } else {
-                for (int i = 0; i < m; ++i) {
-                    const float s = sum[i] + sample[i] * a;
-                    const float nx = bx[i] * 2.0f, ny = by[i] * 2.0f;
-                    changed |= !sameBits(s, sum[i]) || !sameBits(nx, bx[i]) || !sameBits(ny, by[i]);
-                    sum[i] = s;
-                    bx[i] = nx;
-                    by[i] = ny;
-                }
-            }
-            const float next = a * 0.5f;
-            if (!changed && sameBits(next, a)) break;
-            a = next;
-        }
-    }
-}
-
-}  // namespace
-
-void PerlinBatch::Get(float* x, float* y, float* z, int n, int octaves, float freq, float amp, float* out) {
-    octaveSum(x, y, z, n, octaves, freq, amp, out);
+    fractalSumBlock(x, y, z, n, static_cast<float>(octaves), Perlin::kGetLacunarity, Perlin::kGetGain, amp,
+                    addWeighted, out);
 }
 
 void PerlinBatch::Get(float* x, float* y, int n, int octaves, float freq, float amp, float* out) {
-    octaveSum(x, y, nullptr, n, octaves, freq, amp, out);
+    for (int i = 0; i < n; ++i) {
+        x[i] = x[i] * freq;
+        y[i] = y[i] * freq;
+    }
+    fractalSumBlock(x, y, nullptr, n, static_cast<float>(octaves), Perlin::kGetLacunarity, Perlin::kGetGain, amp,
+                    addWeighted, out);
 }
 
 }  // namespace gritwell

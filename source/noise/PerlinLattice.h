@@ -123,11 +123,16 @@ template <std::size_t M>
     return next;
 }
 
+// Always inlined, so the hashes stay in registers rather than coming back
+// through memory on the chain each lookup waits for.
 [[gnu::always_inline]] inline std::array<int, 2> cornerHashes(int ix) { return nextAxis<1>({0}, ix); }
-[[gnu::always_inline]] inline std::array<int, 4> cornerHashes(int ix, int iy) { return nextAxis(cornerHashes(ix), iy); }
-[[gnu::always_inline]] inline std::array<int, 8> cornerHashes(int ix, int iy, int iz) { return nextAxis(cornerHashes(ix, iy), iz); }
-[[gnu::always_inline]] inline std::array<int, 16> cornerHashes(int ix, int iy, int iz,
-                                                                int iw) {
+[[gnu::always_inline]] inline std::array<int, 4> cornerHashes(int ix, int iy) {
+    return nextAxis(cornerHashes(ix), iy);
+}
+[[gnu::always_inline]] inline std::array<int, 8> cornerHashes(int ix, int iy, int iz) {
+    return nextAxis(cornerHashes(ix, iy), iz);
+}
+[[gnu::always_inline]] inline std::array<int, 16> cornerHashes(int ix, int iy, int iz, int iw) {
     return nextAxis(cornerHashes(ix, iy, iz), iw);
 }
 

@@ -33,11 +33,11 @@ float turbulence(const Vec3& p, float octaves, float lacunarity, float gain) {
 }
 
 void turbulence(float* x, float* y, float* z, int n, float octaves, float lacunarity, float gain, float* out) {
-    fractalSumBlock(x, y, z, n, octaves, lacunarity, gain, addAbsolute, out);
+    fractalSumBlock(x, y, z, n, octaves, lacunarity, gain, 1.0f, addAbsolute, out);
 }
 
 void turbulence(float* x, float* y, int n, float octaves, float lacunarity, float gain, float* out) {
-    fractalSumBlock(x, y, nullptr, n, octaves, lacunarity, gain, addAbsolute, out);
+    fractalSumBlock(x, y, nullptr, n, octaves, lacunarity, gain, 1.0f, addAbsolute, out);
 }
 
 }  // namespace gritwell::Turbulence
