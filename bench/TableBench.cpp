@@ -91,7 +91,7 @@ void BM_PerlinBatch3D(benchmark::State& state) {
     const int n = static_cast<int>(x.size());
     std::vector<float> out(x.size());
     for (auto _ : state) {
-        PerlinBatch::noise(x.data(), y.data(), z.data(), out.data(), n);
+        PerlinBatch::noise(x.data(), y.data(), z.data(), n, out.data());
         benchmark::DoNotOptimize(out.data());
         benchmark::ClobberMemory();
     }

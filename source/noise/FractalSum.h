@@ -101,9 +101,9 @@ void fractalSumBlock(float* x, float* y, float* z, int n, float octaves, float l
         float sample[kBlock];
         for (int o = 0; o < kMaxOctaves && static_cast<float>(o) < octaves; ++o) {
             if (bz)
-                PerlinBatch::noise(bx, by, bz, sample, m);
+                PerlinBatch::noise(bx, by, bz, m, sample);
             else
-                PerlinBatch::noise(bx, by, sample, m);
+                PerlinBatch::noise(bx, by, m, sample);
             const bool changed = fractalOctave(bx, by, bz, m, sample, amplitude, lacunarity, add, sum);
             const float next = amplitude * gain;
             const bool amplitudeSettled = std::memcmp(&next, &amplitude, sizeof next) == 0;

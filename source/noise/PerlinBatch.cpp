@@ -20,17 +20,17 @@ namespace {
 
 using namespace lattice;
 
-void noiseScalar(const float* x, const float* y, const float* z, float* out, int n) {
+void noiseScalar(const float* x, const float* y, const float* z, int n, float* out) {
     for (int i = 0; i < n; ++i) out[i] = Perlin::noise(x[i], y[i], z[i]);
 }
 
-void noiseScalar(const float* x, const float* y, float* out, int n) {
+void noiseScalar(const float* x, const float* y, int n, float* out) {
     for (int i = 0; i < n; ++i) out[i] = Perlin::noise(x[i], y[i]);
 }
 
 // ---- AVX2: eight points per step, the hash chain through gathers ----------
 
-GRITWELL_AVX2 void noiseAvx2(const float* xs, const float* ys, const float* zs, float* out, int n) {
+GRITWELL_AVX2 void noiseAvx2(const float* xs, const float* ys, const float* zs, int n, float* out) {
     int k = 0;
     for (; k + 8 <= n; k += 8) {
         const AxisLanes8 ax = axis(_mm256_loadu_ps(xs + k)), ay = axis(_mm256_loadu_ps(ys + k)),
@@ -46,10 +46,10 @@ GRITWELL_AVX2 void noiseAvx2(const float* xs, const float* ys, const float* zs, 
                    interp(u, gradient(h[6], ax.f0, ay.f1, az.f1), gradient(h[7], ax.f1, ay.f1, az.f1)));
         _mm256_storeu_ps(out + k, _mm256_mul_ps(_mm256_set1_ps(kScale3), interp(w, nearZ, farZ)));
     }
-    noiseScalar(xs + k, ys + k, zs + k, out + k, n - k);
+    noiseScalar(xs + k, ys + k, zs + k, n - k, out + k);
 }
 
-GRITWELL_AVX2 void noiseAvx2(const float* xs, const float* ys, float* out, int n) {
+GRITWELL_AVX2 void noiseAvx2(const float* xs, const float* ys, int n, float* out) {
     int k = 0;
     for (; k + 8 <= n; k += 8) {
         const AxisLanes8 ax = axis(_mm256_loadu_ps(xs + k)), ay = axis(_mm256_loadu_ps(ys + k));
@@ -60,12 +60,12 @@ GRITWELL_AVX2 void noiseAvx2(const float* xs, const float* ys, float* out, int n
                                     interp(u, gradient(h[2], ax.f0, ay.f1), gradient(h[3], ax.f1, ay.f1)));
         _mm256_storeu_ps(out + k, _mm256_mul_ps(_mm256_set1_ps(kScale2), value));
     }
-    noiseScalar(xs + k, ys + k, out + k, n - k);
+    noiseScalar(xs + k, ys + k, n - k, out + k);
 }
 
 // ---- AVX-512: sixteen points per step, the hash chain through byte permutes
 
-GRITWELL_AVX512 void noiseAvx512(const float* xs, const float* ys, const float* zs, float* out, int n) {
+GRITWELL_AVX512 void noiseAvx512(const float* xs, const float* ys, const float* zs, int n, float* out) {
     const ByteTableLanes perm = permLanes();
     int k = 0;
     for (; k + 16 <= n; k += 16) {
@@ -82,10 +82,10 @@ GRITWELL_AVX512 void noiseAvx512(const float* xs, const float* ys, const float* 
                    interp(u, gradient(h[6], ax.f0, ay.f1, az.f1), gradient(h[7], ax.f1, ay.f1, az.f1)));
         _mm512_storeu_ps(out + k, _mm512_mul_ps(_mm512_set1_ps(kScale3), interp(w, nearZ, farZ)));
     }
-    noiseScalar(xs + k, ys + k, zs + k, out + k, n - k);
+    noiseScalar(xs + k, ys + k, zs + k, n - k, out + k);
 }
 
-GRITWELL_AVX512 void noiseAvx512(const float* xs, const float* ys, float* out, int n) {
+GRITWELL_AVX512 void noiseAvx512(const float* xs, const float* ys, int n, float* out) {
     const ByteTableLanes perm = permLanes();
     int k = 0;
     for (; k + 16 <= n; k += 16) {
@@ -97,34 +97,34 @@ GRITWELL_AVX512 void noiseAvx512(const float* xs, const float* ys, float* out, i
                                     interp(u, gradient(h[2], ax.f0, ay.f1), gradient(h[3], ax.f1, ay.f1)));
         _mm512_storeu_ps(out + k, _mm512_mul_ps(_mm512_set1_ps(kScale2), value));
     }
-    noiseScalar(xs + k, ys + k, out + k, n - k);
+    noiseScalar(xs + k, ys + k, n - k, out + k);
 }
 
 }  // namespace
 
-void PerlinBatch::noise(SimdLevel level, const float* x, const float* y, const float* z, float* out, int n) {
+void PerlinBatch::noise(SimdLevel level, const float* x, const float* y, const float* z, int n, float* out) {
     switch (supportedSimdLevel(level)) {
-    case SimdLevel::kAvx512: noiseAvx512(x, y, z, out, n); return;
-    case SimdLevel::kAvx2: noiseAvx2(x, y, z, out, n); return;
+    case SimdLevel::kAvx512: noiseAvx512(x, y, z, n, out); return;
+    case SimdLevel::kAvx2: noiseAvx2(x, y, z, n, out); return;
     case SimdLevel::kScalar: break;
     }
-    noiseScalar(x, y, z, out, n);
+    noiseScalar(x, y, z, n, out);
 }
 
-void PerlinBatch::noise(const float* x, const float* y, const float* z, float* out, int n) {
-    noise(simdLevel(), x, y, z, out, n);
+void PerlinBatch::noise(const float* x, const float* y, const float* z, int n, float* out) {
+    noise(simdLevel(), x, y, z, n, out);
 }
 
-void PerlinBatch::noise(SimdLevel level, const float* x, const float* y, float* out, int n) {
+void PerlinBatch::noise(SimdLevel level, const float* x, const float* y, int n, float* out) {
     switch (supportedSimdLevel(level)) {
-    case SimdLevel::kAvx512: noiseAvx512(x, y, out, n); return;
-    case SimdLevel::kAvx2: noiseAvx2(x, y, out, n); return;
+    case SimdLevel::kAvx512: noiseAvx512(x, y, n, out); return;
+    case SimdLevel::kAvx2: noiseAvx2(x, y, n, out); return;
     case SimdLevel::kScalar: break;
     }
-    noiseScalar(x, y, out, n);
+    noiseScalar(x, y, n, out);
 }
 
-void PerlinBatch::noise(const float* x, const float* y, float* out, int n) { noise(simdLevel(), x, y, out, n); }
+void PerlinBatch::noise(const float* x, const float* y, int n, float* out) { noise(simdLevel(), x, y, n, out); }
 
 // Perlin::Get's fractal sum, over blocks of points.
 void PerlinBatch::Get(float* x, float* y, float* z, int n, int octaves, float freq, float amp, float* out) {

@@ -11,13 +11,13 @@ namespace gritwell {
 class PerlinBatch {
 public:
     // out[i] = Perlin::noise(x[i], y[i], z[i]) for 0 <= i < n; out may be x, y or z.
-    static void noise(const float* x, const float* y, const float* z, float* out, int n);
+    static void noise(const float* x, const float* y, const float* z, int n, float* out);
     // The same on a chosen level (lowered to what this processor runs).
-    static void noise(SimdLevel level, const float* x, const float* y, const float* z, float* out, int n);
+    static void noise(SimdLevel level, const float* x, const float* y, const float* z, int n, float* out);
     // out[i] = Perlin::noise(x[i], y[i]), on this processor's best level or a
     // chosen one; out may be x or y.
-    static void noise(const float* x, const float* y, float* out, int n);
-    static void noise(SimdLevel level, const float* x, const float* y, float* out, int n);
+    static void noise(const float* x, const float* y, int n, float* out);
+    static void noise(SimdLevel level, const float* x, const float* y, int n, float* out);
 
     // out[i] = Perlin::Get(x[i], y[i], z[i], octaves, freq, amp); x, y and z
     // are the caller's scratch and come back scaled.

@@ -46,10 +46,10 @@ void absoluteOctaveSum(const float* qx, const float* qy, const float* qz, int n,
                 y[i] = f * qy[start + i];
             }
             if (planar) {
-                PerlinBatch::noise(x, y, sample, m);
+                PerlinBatch::noise(x, y, m, sample);
             } else {
                 for (int i = 0; i < m; ++i) z[i] = f * qz[start + i];
-                PerlinBatch::noise(x, y, z, sample, m);
+                PerlinBatch::noise(x, y, z, m, sample);
             }
             for (int i = 0; i < m; ++i) sum[i] = octaveTerm(sum[i], sample[i], weight, f);
             f = nextFrequency(f);

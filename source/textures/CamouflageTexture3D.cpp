@@ -120,7 +120,7 @@ void noiseAcross(At at, const float* x, const float* y, const float* z, int n, f
         b[i] = p.y;
         c[i] = p.z;
     }
-    PerlinBatch::noise(a, b, c, out, n);
+    PerlinBatch::noise(a, b, c, n, out);
 }
 
 // The noise at a layer's warped position, warp(f, n1, n2, n3, x, y, z), for
@@ -136,7 +136,7 @@ void warpedNoiseAcross(Warp warp, float f, const float* n1, const float* n2, con
         v[i] = p.y;
         w[i] = p.z;
     }
-    PerlinBatch::noise(u, v, w, out, n);
+    PerlinBatch::noise(u, v, w, n, out);
 }
 
 }  // namespace
@@ -155,7 +155,7 @@ void CamouflageTexture3D::evaluateBlock(const Record& r, int flags, const float*
     const float f = r.frequency;
     float n1[kBlockPoints], n2[kBlockPoints], n3[kBlockPoints], layer1Noise[kBlockPoints];
 
-    PerlinBatch::noise(p.x, p.y, p.z, n1, n);
+    PerlinBatch::noise(p.x, p.y, p.z, n, n1);
     noiseAcross(layer1Second, p.x, p.y, p.z, n, n2);
     noiseAcross(layer1Third, p.x, p.y, p.z, n, n3);
     warpedNoiseAcross(layer1Warp, f, n1, n2, n3, p.x, p.y, p.z, n, layer1Noise);

@@ -94,7 +94,7 @@ void CheetahTexture3D::evaluateBlock(const Record& r, int flags, const float* po
     ARMan::voronoi_f1_3d(p.x, p.y, p.z, n, solidJitter(r.layoutVariability), f1, nearestX, nearestY, nearestZ);
     const PointBlock wobbleAt(points, n, kWobbleFrequency);
     float wobble[kBlockPoints];
-    PerlinBatch::noise(wobbleAt.x, wobbleAt.y, wobbleAt.z, wobble, n);
+    PerlinBatch::noise(wobbleAt.x, wobbleAt.y, wobbleAt.z, n, wobble);
     for (int i = 0; i < n; ++i)
         out[i] = solidSpot(r, f1[i], wobble[i], CellNoise::cellNoise(nearestX[i], nearestY[i], nearestZ[i]));
 }

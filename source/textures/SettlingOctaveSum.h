@@ -54,9 +54,9 @@ void settlingOctaveSum(std::int32_t octaves, float f, bool planar, const float* 
             sz[j] = Steps::at(z[j], f);
         }
         if (planar)
-            PerlinBatch::noise(sx, sy, sample, n);
+            PerlinBatch::noise(sx, sy, n, sample);
         else
-            PerlinBatch::noise(sx, sy, sz, sample, n);
+            PerlinBatch::noise(sx, sy, sz, n, sample);
         bool changed = false;
         for (int j = 0; j < n; ++j) {
             const float s = Steps::add(sum[j], sample[j], f);

@@ -159,8 +159,8 @@ void SnakeskinTexture3D::evaluateBlock(const Record& r, int, const float* points
             bx[i] = pb.x;
             by[i] = pb.y;
         }
-        PerlinBatch::noise(ax, ay, ax, n);
-        PerlinBatch::noise(bx, by, bx, n);
+        PerlinBatch::noise(ax, ay, n, ax);
+        PerlinBatch::noise(bx, by, n, bx);
         for (int i = 0; i < n; ++i) {
             qx[i] += wobble(ax[i], a);
             qy[i] += wobble(bx[i], a);

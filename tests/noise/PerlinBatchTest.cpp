@@ -65,8 +65,8 @@ TEST_P(PerlinBatchLevel, EveryKernelHasTheBitsOfTheDefinitionInSpaceAndThePlane)
     const Cloud& c = cloud();
     const int n = static_cast<int>(c.x.size());
     std::vector<float> out(c.x.size()), plane(c.x.size());
-    PerlinBatch::noise(GetParam(), c.x.data(), c.y.data(), c.z.data(), out.data(), n);
-    PerlinBatch::noise(GetParam(), c.x.data(), c.y.data(), plane.data(), n);
+    PerlinBatch::noise(GetParam(), c.x.data(), c.y.data(), c.z.data(), n, out.data());
+    PerlinBatch::noise(GetParam(), c.x.data(), c.y.data(), n, plane.data());
     int wrong = 0;
     for (int i = 0; i < n && wrong < 5; ++i) {
         const float expected = PerlinPoint::reference(c.x[i], c.y[i], c.z[i]);
@@ -86,9 +86,9 @@ TEST_P(PerlinBatchLevel, ShortAndOddLengthsFinishTheTailAndWriteNoFurther) {
     const Cloud& c = cloud();
     for (int n : {0, 1, 7, 8, 9, 15, 16, 17, 33}) {
         std::vector<float> out(40, -7.0f);
-        PerlinBatch::noise(GetParam(), c.x.data() + 3, c.y.data() + 3, c.z.data() + 3, out.data(), n);
+        PerlinBatch::noise(GetParam(), c.x.data() + 3, c.y.data() + 3, c.z.data() + 3, n, out.data());
         std::vector<float> plane(40, -7.0f);
-        PerlinBatch::noise(GetParam(), c.x.data() + 3, c.y.data() + 3, plane.data(), n);
+        PerlinBatch::noise(GetParam(), c.x.data() + 3, c.y.data() + 3, n, plane.data());
         for (int i = 0; i < n; ++i) {
             EXPECT_EQ(bits(out[i]), bits(Perlin::noise(c.x[3 + i], c.y[3 + i], c.z[3 + i]))) << n << ' ' << i;
             EXPECT_EQ(bits(plane[i]), bits(Perlin::noise(c.x[3 + i], c.y[3 + i]))) << n << ' ' << i;
@@ -104,7 +104,7 @@ TEST_P(PerlinBatchLevel, OutputMayOverwriteAnInput) {
     std::vector<float> x(cloud().x.begin(), cloud().x.begin() + 100);
     std::vector<float> expected;
     for (int i = 0; i < 100; ++i) expected.push_back(Perlin::noise(x[i], cloud().y[i], cloud().z[i]));
-    PerlinBatch::noise(GetParam(), x.data(), cloud().y.data(), cloud().z.data(), x.data(), 100);
+    PerlinBatch::noise(GetParam(), x.data(), cloud().y.data(), cloud().z.data(), 100, x.data());
     for (int i = 0; i < 100; ++i) EXPECT_EQ(bits(x[i]), bits(expected[i])) << i;
 }
 

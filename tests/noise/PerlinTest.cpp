@@ -233,10 +233,10 @@ TEST(PerlinStatic, NonFiniteAndHugeInputsGiveTheBatchBitsAndNoFiniteValueOutOfRa
     const auto inRangeIfFinite = [](float v) { return !std::isfinite(v) || std::fabs(v) <= 1.1f; };
     for (float v : odd) {
         float x[2] = {v, 0.5f}, y[2] = {0.5f, v}, z[2] = {-v, v}, out[2];
-        PerlinBatch::noise(x, y, z, out, 2);
+        PerlinBatch::noise(x, y, z, 2, out);
         EXPECT_EQ(bits(out[0]), bits(Perlin::noise(v, 0.5f, -v))) << v;
         EXPECT_EQ(bits(out[1]), bits(Perlin::noise(0.5f, v, v))) << v;
-        PerlinBatch::noise(x, y, out, 2);
+        PerlinBatch::noise(x, y, 2, out);
         EXPECT_EQ(bits(out[0]), bits(Perlin::noise(v, 0.5f))) << v;
         EXPECT_EQ(bits(out[1]), bits(Perlin::noise(0.5f, v))) << v;
         PerlinBatch::Get(x, y, z, 2, 3, 1.0f, 1.0f, out);
