@@ -1,7 +1,5 @@
 #include "BenchPoints.h"
-#include "noise/ARMan.h"
-#include "noise/Voronoi.h"
-#include "noise/Worley.h"
+#include "noise/Noise.h"
 
 using namespace gritwell;
 

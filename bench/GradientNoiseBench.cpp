@@ -1,8 +1,5 @@
 #include "BenchPoints.h"
-#include "noise/ImprovedPerlin.h"
-#include "noise/Simplex.h"
-#include "noise/StbPerlin.h"
-#include "noise/WaveletNoise.h"
+#include "noise/Noise.h"
 
 using namespace gritwell;
 

@@ -1,5 +1,5 @@
 #include "BenchPoints.h"
-#include "noise/Perlin.h"
+#include "noise/Noise.h"
 
 using namespace gritwell;
 

@@ -2,7 +2,9 @@
 // Fractal Brownian motion: octaves of gradient noise, each at `lacunarity`
 // times the frequency and `gain` times the weight of the one before. The
 // first octave is the noise at the point itself, at weight 1; the sum is
-// not normalised (about -1..1 for gain 0.5 and up to 2 in general).
+// not normalised.
+//
+// What each function returns: noise/Noise.h.
 
 #include "core/Vec3.h"
 

@@ -42,14 +42,15 @@ public:
     float perlin_noise_2D(float* v, bool unit);
 
     // ---- Static layer --------------------------------------------------
+    // What each function returns is listed in noise/Noise.h.
 
-    // Lattice gradient noise: roughly [-1, 1], exactly 0 at every lattice point.
+    // Lattice gradient noise.
     static float noise(float x);
     static float noise(float x, float y);
     static float noise(float x, float y, float z);
     static float noise(float x, float y, float z, float w);
 
-    // Simplex noise: about [-1, 1].
+    // Simplex noise.
     static float snoise(float x);
     static float snoise(float x, float y);
     static float snoise(float x, float y, float z);
@@ -71,15 +72,13 @@ public:
     static float point(float x, float y, float z, float w, int i, int j, int k, int l);
 
     // Octave sums of `noise`, each octave at kGetLacunarity times the
-    // frequency and kGetGain times the amplitude of the one before: in about
-    // [-2 amp, 2 amp]; 0 for octaves <= 0.
+    // frequency and kGetGain times the amplitude of the one before.
     static constexpr float kGetLacunarity = 2.0f;
     static constexpr float kGetGain = 0.5f;
     static float Get(float x, float y, int octaves, float freq, float amp);
     static float Get(float x, float y, float z, int octaves, float freq, float amp);
 
-    // `noise` / `snoise` faded out by the filter width: unchanged for
-    // fw <= 1.44, 0 from about fw = 2.64.
+    // `noise` / `snoise` faded out as the filter width fw grows.
     static float fnoise2D(float x, float y, float fw);
     static float fnoise3D(float x, float y, float z, float fw);
     static float fnoise4D(float x, float y, float z, float w, float fw);

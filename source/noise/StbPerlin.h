@@ -8,23 +8,24 @@
 // hands it only coordinates inside that range: a non-finite coordinate is
 // read as 0, and a finite one of magnitude 2^31 or more, always a multiple of
 // 256 in float, as 0 too, which is where the noise's 256-cell period puts it.
+//
+// What each function returns: noise/Noise.h.
 
 namespace gritwell::StbPerlin {
 
-// About -1..1, exactly 0 where x, y and z are all integers. A wrap of 2, 4,
-// ..., 256 repeats the noise with that period along its axis; 0 (or any
-// multiple of 256) keeps the built-in period of 256. Other wraps give a noise
-// without that period, never undefined behaviour.
+// A wrap of 2, 4, ..., 256 repeats the noise with that period along its
+// axis; 0 (or any multiple of 256) keeps the built-in period of 256. Other
+// wraps give a noise without that period, never undefined behaviour.
 float noise3(float x, float y, float z, int wrapX = 0, int wrapY = 0, int wrapZ = 0);
 
 // The library's octave sums. Octave i samples the noise at p * lacunarity^i
 // on its own permutation (seed i mod 256); octaves <= 0 give 0.
-// About -1..1 times the sum of gain^i: sum of noise_i * gain^i.
+// The sum of noise_i * gain^i.
 float fbm(float x, float y, float z, float lacunarity, float gain, int octaves);
-// Never negative for gain >= 0: sum of |noise_i| * gain^i.
+// The sum of |noise_i| * gain^i.
 float turbulence(float x, float y, float z, float lacunarity, float gain, int octaves);
-// Never negative for gain >= 0: with r_i = (offset - |noise_i|)^2 and
-// r_-1 = 1, the sum of r_i * r_(i-1) * 0.5 * gain^i.
+// With r_i = (offset - |noise_i|)^2 and r_-1 = 1, the sum of
+// r_i * r_(i-1) * 0.5 * gain^i.
 float ridge(float x, float y, float z, float lacunarity, float gain, float offset, int octaves);
 
 }  // namespace gritwell::StbPerlin

@@ -1,7 +1,9 @@
 #pragma once
-// Turbulence: the fractal sum of the absolute gradient noise, never negative.
+// Turbulence: the fractal sum of the absolute gradient noise.
 // Each octave's weighted sample is added in double precision and the sum
 // rounded back to float.
+//
+// What each function returns: noise/Noise.h.
 
 #include "core/Vec3.h"
 

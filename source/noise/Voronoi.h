@@ -6,6 +6,8 @@
 // The 2-D form is the slice z = 0 of a 3-D field whose features all lie in
 // the layer of cells k = 0: a feature keeps its third coordinate, so even
 // the nearest one is at least its height above the slice away.
+//
+// What each function returns: noise/Noise.h.
 
 #include <array>
 #include <cstdint>
@@ -55,8 +57,7 @@ public:
     static void Calculate(float x, float y, float* F, float* P, DistanceMethod m);
     static void Calculate(float x, float y, float z, float* F, float* P, DistanceMethod m);
 
-    // The chosen combination times sqrt(2)/sqrt(3): >= 0, and for Crackle
-    // >= sqrt(2)/sqrt(3) (about 0.8165).
+    // The chosen combination times sqrt(2)/sqrt(3).
     static float Get(float x, float y, VoronoiType t, DistanceMethod m);
     static float Get(float x, float y, float z, VoronoiType t, DistanceMethod m);
     // out[i] = Get(x[i], y[i], z[i], t, m) (or Get(x[i], y[i], t, m)) for

@@ -5,6 +5,8 @@
 //
 // The tile is built on first use, once per process and thread-safely, from a
 // fixed-seed generator whose numbers are the same on every platform.
+//
+// What each function returns: noise/Noise.h.
 
 namespace gritwell::WaveletNoise {
 
@@ -13,8 +15,7 @@ namespace gritwell::WaveletNoise {
 // budget; a power of two lets lattice indices wrap with a mask.
 inline constexpr int kTileSize = 64;
 
-// Mean 0, standard deviation about 0.45, rarely beyond -2.5..2.5 (a sum of
-// Gaussian coefficients, unbounded in principle). NaN or infinite
+// Unbounded in principle: a sum of Gaussian coefficients. NaN or infinite
 // coordinates are read as 0; finite ones beyond 2^24, where floats are whole
 // numbers, are reduced exactly modulo the tile first.
 float noise(float x, float y, float z);

@@ -7,6 +7,8 @@
 // feature points each; the sample is scaled so that the mean of F1 is about
 // 1. Distances are compared as a measure m and returned as
 // sqrt(m) * 2.5116162250408136.
+//
+// What each function returns: noise/Noise.h.
 
 #include <cstdint>
 
@@ -62,7 +64,7 @@ void noise(const double* at, long max_order, double* F, double (*delta)[3], unsi
 void AddSamples(long xi, long yi, long zi, long max_order, const double* at, double* F,
                 double (*delta)[3], unsigned long* ID, DistanceMethod m);
 
-// The chosen combination of the returned distances, unscaled (>= 0; Crackle >= 1).
+// The chosen combination of the returned distances, unscaled.
 double Get(double x, double y, double z, VoronoiType t, DistanceMethod m);
 
 }  // namespace gritwell::Worley
