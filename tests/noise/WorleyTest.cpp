@@ -113,24 +113,6 @@ TEST(Worley, ReturnedDistancesAreScaledBackToTheSamplesUnits) {
     EXPECT_NEAR(meanF1 / samples, 1.0, 0.03);
 }
 
-TEST(Worley, EveryMeasureGivesAscendingDistances) {
-    std::mt19937 rng(5);
-    std::uniform_real_distribution<double> coord(-30.0, 30.0);
-    for (int n = 0; n < 300; ++n) {
-        const double x = coord(rng), y = coord(rng), z = coord(rng);
-        for (auto m : kMethods) {
-            const Result r = search(x, y, z, m);
-            for (int k = 0; k < 4; ++k) {
-                EXPECT_GE(r.F[k], 0.0);
-                EXPECT_LT(r.F[k], 100.0) << "no feature found, metric " << m;
-                if (k > 0) {
-                    EXPECT_LE(r.F[k - 1], r.F[k]) << m;
-                }
-            }
-        }
-    }
-}
-
 TEST(Worley, MinkowskiHalfReturnsTheFourthPowerOfTheRootSum) {
     std::mt19937 rng(9);
     std::uniform_real_distribution<double> coord(-30.0, 30.0);
