@@ -6,12 +6,9 @@
 // GeneratorSuiteTest.
 
 #include <algorithm>
-#include <bit>
 #include <climits>
 #include <cmath>
-#include <cstdint>
 #include <limits>
-#include <tuple>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -175,12 +172,6 @@ WoodTexture3D undisplacedWood() {
     return t;
 }
 
-// The point moved along (1, 1, 1) by the remapped octave sum.
-float shiftFor(const WoodTexture3D& t, float x, float y, float z, int octaves) {
-    const float n = Perlin::Get(x, y, z, octaves, t.frequency(), t.amplitude());
-    return static_cast<float>((n + 1.0) / 2.0);
-}
-
 }  // namespace
 
 TEST(Wood, UndisplacedRingsAreCirclesAroundTheYAxis) {
@@ -217,22 +208,11 @@ TEST(Wood, RingScaleGetterTruncatesWhileEvaluationUsesTheStoredFloat) {
     expectValues(t, {{0.5f, 0.0f, 0.0f, 0.2265625f}, {-0.7f, 0.0f, 0.2f, 0.476955235f}});
 }
 
-TEST(Wood, DisplacementMovesThePointAlongTheDiagonalByTheRemappedOctaveSum) {
+TEST(Wood, WithoutOctavesThePointStillMovesHalfwayAlongTheDiagonal) {
     WoodTexture3D t;
     WoodTexture3D rings = undisplacedWood();
     t.setOctaves(0);  // no octaves: the sum is 0 and the shift still 0.5
     expectValues(t, {{0.3f, -1.2f, 0.8f, valueAt(rings, 0.8f, -99.0f, 1.3f)}});
-    // A huge count ends with the bits of a long sum (the coordinates double
-    // to 0 or an infinity, the amplitude halves to 0).
-    t.setOctaves(INT_MAX);
-    for (float amplitude : {0.1f, 3e38f, kInf}) {
-        t.setAmplitude(amplitude);
-        for (float x : {0.3f, 1e-30f, -7.5f}) {
-            const float s = shiftFor(t, x, 0.0f, -x, 2000);
-            EXPECT_EQ(bitsOf(valueAt(t, x, 0.0f, -x)), bitsOf(valueAt(rings, x + s, 0.0f, -x + s)))
-                << amplitude << " at " << x;
-        }
-    }
 }
 
 // ---- Simple Marble ----
@@ -263,13 +243,6 @@ float ramp(float m) {
 
 }  // namespace
 
-TEST(SimpleMarble, TheTestsRampAgainstTheFloat32Model) {
-    EXPECT_EQ(ramp(0.0f), 0x1.3a53b8p-3f);  // halfway between knots 8 and 9
-    EXPECT_EQ(ramp(0.05f), 0x1.40c49cp-4f);
-    EXPECT_EQ(ramp(-0.1f), 0x1.d7994cp-2f);
-    EXPECT_EQ(ramp(-0.3f), 0x1.34b5dcp-2f);
-}
-
 TEST(SimpleMarble, OctavesStepTheFrequencyBy217InDouble) {
     SimpleMarbleTexture3D t;
     t.setTextureScale(1.0f);
@@ -295,13 +268,6 @@ TEST(SimpleMarble, OctavesStepTheFrequencyBy217InDouble) {
     }
 }
 
-TEST(SimpleMarble, HugeOctaveCountsEndOnceTheFrequencyOverflows) {
-    SimpleMarbleTexture3D many, all;  // the frequency overflows after 115 steps
-    many.setOctaves(130);
-    all.setOctaves(INT_MAX);
-    for (float x : {0.3f, -2.2f, 0.0f}) EXPECT_EQ(bitsOf(valueAt(many, x, 0.7f, -0.45f)), bitsOf(valueAt(all, x, 0.7f, -0.45f)));
-}
-
 // ---- Psychedelic ----
 
 TEST(Psychedelic, CellNoiseOfTheNoiseWarpedPoint) {
@@ -309,18 +275,12 @@ TEST(Psychedelic, CellNoiseOfTheNoiseWarpedPoint) {
     t.setFrequency(1.5f);
     t.setMinColor(0.2f);
     t.setMaxColor(0.7f);
-    for (const PointCase& c : {PointCase{0.37f, -1.3f, 2.9f, 0}, PointCase{-0.61f, 0.44f, 0.05f, 0}}) {
-        // The second warp samples the noise one unit along x.
-        const float u = 1.5f * Perlin::noise(c.x, c.y, c.z) + c.x;
-        const float v = 1.5f * Perlin::noise(c.x + 1.0f, c.y, c.z) + c.y;
-        t.setFlags(2);
-        expectValues(t, {{c.x, c.y, c.z, 0.5f * CellNoise::cellNoise(1.5f * u, 1.5f * v) + 0.2f}});
-        const float pu = 1.5f * Perlin::noise(c.x, c.y) + c.x;
-        const float pv = 1.5f * Perlin::noise(c.x + 1.0f, c.y) + c.y;
-        t.setFlags(4);
-        expectValues(t, {{c.x, c.y, c.z, 0.5f * CellNoise::cellNoise(1.5f * pu, 1.5f * pv) + 0.2f}});
-    }
-    t.setFlags(2);  // on the lattice both noises vanish: the cell of (f x, f y) itself
+    // The second warp samples the noise one unit along x.
+    const float x = 0.37f, y = -1.3f, z = 2.9f;
+    const float u = 1.5f * Perlin::noise(x, y, z) + x;
+    const float v = 1.5f * Perlin::noise(x + 1.0f, y, z) + y;
+    expectValues(t, {{x, y, z, 0.5f * CellNoise::cellNoise(1.5f * u, 1.5f * v) + 0.2f}});
+    // On the lattice both noises vanish: the cell of (f x, f y) itself.
     expectValues(t, {{2.0f, -3.0f, 1.0f, 0.5f * CellNoise::cellNoise(3.0f, -4.5f) + 0.2f}});
     t.setFrequency(0.0f);  // one intensity everywhere
     const float everywhere = 0.5f * CellNoise::cellNoise(0.0f, 0.0f) + 0.2f;
@@ -351,35 +311,6 @@ TEST(Camouflage, ThresholdsAndLayersToldApartByValue) {
     // Layer 1 coloured like the base lets layer 2 show through where layer 1 covers it.
     t.setLayer1Color(kBase);
     expectValues(t, {{0.3f, 0.7f, 0.1f, kLayer2}, {-3.1f, 0.45f, 0.8f, kLayer2}});
-}
-
-TEST(Camouflage, WithoutWarpTheLayersSampleScaledAndSwappedNoise) {
-    // Frequency 0: layer 1 reads the noise at 3 (x, y, z), layer 2 at
-    // (y, z, x); in the plane at 3 (x, y, 0) and (y, x, 0).
-    CamouflageTexture3D t;
-    t.setFrequency(0.0f);
-    for (int flags : {2, 8}) {
-        t.setFlags(flags);
-        const bool planar = flags == 8;
-        int covered1 = 0, covered2 = 0;
-        for (float x = -1.9f; x < 2.0f; x += 0.17f)
-            for (float y : {-1.3f, 0.6f}) {
-                const float z = 0.43f;
-                const float n1 = Perlin::noise(3.0f * x, 3.0f * y, planar ? 0.0f : 3.0f * z);
-                const float n2 = planar ? Perlin::noise(y, x, 0.0f) : Perlin::noise(y, z, x);
-                const bool c1 = std::fabs(n1) > 0.2f, c2 = std::fabs(n2) > 0.2f;
-                covered1 += c1;
-                covered2 += c2;
-                t.setLayer1Color(kLayer1);
-                t.setLayer2Color(kBase);
-                expectValues(t, {{x, y, z, c1 ? kLayer1 : kBase}});
-                t.setLayer1Color(kBase);
-                t.setLayer2Color(kLayer2);
-                expectValues(t, {{x, y, z, c2 ? kLayer2 : kBase}});
-            }
-        EXPECT_GT(covered1, 2);
-        EXPECT_GT(covered2, 2);
-    }
 }
 
 TEST(Camouflage, LayerTwoOffsetsAreAddedInDouble) {
@@ -456,38 +387,7 @@ namespace {
 constexpr float kSpot = 0.1f;
 constexpr float kGround = 0.8f;
 
-struct Nearest {
-    float f1;
-    float pos[3];
-};
-
-// In space features spread 1 - (1 - v)^3 of a cell for a layout variability v.
-Nearest nearest3d(float x, float y, float z, float v) {
-    const float p[3] = {x, y, z};
-    Nearest n{};
-    ARMan::voronoi_f1_3d(p, 1.0f - (1.0f - v) * (1.0f - v) * (1.0f - v), n.f1, n.pos);
-    return n;
-}
-
 }  // namespace
-
-TEST(Cheetah, SpotsSitOnTheFeaturesAndNotBetweenThem) {
-    // At its defaults a ball's radius is at most (0.75 x 0.219^2)^(1/3) =
-    // 0.332, and the edge wobble at most about 0.1 either way.
-    CheetahTexture3D t;
-    int between = 0;
-    for (float x = -3.9f; x < 4.0f; x += 0.37f)
-        for (float y = -2.8f; y < 3.0f; y += 0.41f) {
-            const float z = 0.5f * x - 0.3f * y;
-            const Nearest n = nearest3d(x, y, z, 0.75f);
-            expectValues(t, {{n.pos[0], n.pos[1], n.pos[2], kSpot}});
-            if (n.f1 > 0.45f) {
-                expectValues(t, {{x, y, z, kGround}});
-                ++between;
-            }
-        }
-    EXPECT_GT(between, 20);
-}
 
 TEST(Cheetah, EachSpotHasItsOwnSizeWhetherInSpaceOrThePlane) {
     // Features at the cell centres and no wobble: a ball's radius is
@@ -607,18 +507,10 @@ TEST(VoronoiTile, FaceNoiseAddsAQuarterOfTheFractalSumClamped) {
     expectValues(t, {{1.0f, 0.5f, 0.0f, 0.0f}});  // grout stays grout
 }
 
-TEST(VoronoiTile, HugeOctaveCountsEndWithTheValueOfALongSum) {
+TEST(VoronoiTile, ANaNGroutNoiseLeavesNoGrout) {
     // Past about 128 octaves the noise position overflows and the sum is NaN.
-    VoronoiTileTexture3D longSum, huge;
-    for (VoronoiTileTexture3D* t : {&longSum, &huge}) {
-        t->setCellAddNoise(true);
-        t->setBoundaryAddNoise(true);
-    }
-    longSum.setCellOctaves(2000);
-    longSum.setBoundaryOctaves(2000);
-    huge.setCellOctaves(INT_MAX);
-    huge.setBoundaryOctaves(INT_MAX);
-    for (float x : {0.3f, -2.75f, 6.1f}) EXPECT_EQ(bitsOf(valueAt(huge, x, 0.45f)), bitsOf(valueAt(longSum, x, 0.45f))) << x;
-    huge.setCellAddNoise(false);  // a NaN grout noise leaves no grout
-    for (float x : {0.3f, -2.75f}) expectValues(huge, {{x, 0.45f, 0.0f, 0.75f}});
+    VoronoiTileTexture3D t;
+    t.setBoundaryAddNoise(true);
+    t.setBoundaryOctaves(INT_MAX);
+    for (float x : {0.3f, -2.75f}) expectValues(t, {{x, 0.45f, 0.0f, 0.75f}});
 }
