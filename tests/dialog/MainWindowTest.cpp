@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <set>
 
 #include <QDialogButtonBox>
 #include <QDoubleSpinBox>
@@ -113,19 +112,6 @@ TEST(MainWindow, ListsTheRegisteredGeneratorsInOrderUnchecked) {
     w.getDescription(description);
     EXPECT_EQ(description[0], 0);
     EXPECT_TRUE(std::all_of(description + 1, description + sizeof description, [](char c) { return c == ' '; }));
-}
-
-TEST(MainWindow, EntriesShareNoPageAndNoTexture) {
-    MainWindow w(nullptr);
-    std::set<const void*> pages, textures;
-    for (const auto& r : GeneratorRegistry::registrations()) {
-        InfoBase* e = w.entry(std::string(r.name));
-        pages.insert(e->getStackWidget());
-        textures.insert(e->getT3D());
-        EXPECT_EQ(e->getItem()->listWidget(), listOf(w));
-    }
-    EXPECT_EQ(pages.size(), GeneratorRegistry::registrations().size());
-    EXPECT_EQ(textures.size(), GeneratorRegistry::registrations().size());
 }
 
 TEST(MainWindow, LoadingABrickRecordShowsItsValues) {

@@ -243,42 +243,6 @@ const ControlRow kControls[] = {
     {"Penrose Rhombus", "edgeColor", 30, "edgeColor", 0.3},
 };
 
-constexpr int kNoItem = -1;
-constexpr int kNotTried = std::numeric_limits<int>::min();
-
-struct ComboRow {
-    const char* panel;
-    const char* control;
-    std::vector<const char*> labels;
-    std::vector<int> stored;  // the value each item stores
-    int unlisted = kNotTried;  // a stored value no item stands for...
-    int unlistedItem = kNoItem;  // ...and the item it shows
-};
-
-const ComboRow kCombos[] = {
-    // Crossed with the labels, as stored records expect.
-    {"Brick", "pattern", {"Running Bond", "Herringbone"}, {BrickTexture3D::HERRINGBONE, BrickTexture3D::RUNNING_BOND}},
-    // Listed in another order than stored; any other value draws straight lines.
-    {"Stripes", "style", {"Triangle", "Straight", "Sine", "Sawtooth", "Ribbon", "Perlin Noise"},
-     {StripesTexture3D::Triangle, StripesTexture3D::Straight, StripesTexture3D::Sine, StripesTexture3D::Sawtooth,
-      StripesTexture3D::Ribbon, StripesTexture3D::PerlinNoise}, 9, 1},
-    {"Voronoi", "type", {"First", "Second", "Third", "Fourth", "Difference (2-1)", "Difference (3-2)", "Tile"},
-     {0, 1, 2, 3, 4, 5, 6}, 9, kNoItem},
-    {"Voronoi", "distanceMethod",
-     {"Length", "Squared Length", "Taxicab", "Chebychev", "Quadratic", "Minkowski(4)", "Minkowski(0.5)"},
-     {0, 1, 2, 3, 4, 5, 6}, -3, kNoItem},
-    {"Nested Shapes", "shapeType", {"Sphere", "Cylinder", "Cube", "Square Tube"},
-     {NestedShapesTexture3D::Sphere, NestedShapesTexture3D::Cylinder, NestedShapesTexture3D::Cube,
-      NestedShapesTexture3D::SquareTube}, 7, kNoItem},
-    // Any pattern or shape but 0 draws the second one.
-    {"Weave", "pattern", {"Plain", "Herringbone"}, {0, 1}, -3, 1},
-    {"Scales", "scaleShape", {"Semicircle", "Normal"}, {0, 1}, 2, 1},
-    {"Houndstooth", "pattern", {"Houndstooth", "Puppytooth"}, {0, 1}, 5, 1},
-    {"Corrugated", "style", {"Triangle", "Sine", "Ribbon", "Sawtooth", "Perlin Noise"},
-     {CorrugatedTexture3D::Triangle, CorrugatedTexture3D::Sine, CorrugatedTexture3D::Ribbon,
-      CorrugatedTexture3D::Sawtooth, CorrugatedTexture3D::PerlinNoise}, 7, kNoItem},
-};
-
 // Sliders kept in order: minimum <= maximum.
 struct PairRow {
     const char* panel;
@@ -600,39 +564,7 @@ TEST_P(PanelPage, InteractiveUpdateFollowsTheRecord) {
     }
 }
 
-// ---- Combo boxes, pairs and floors --------------------------------------------
-
-class PanelCombo : public testing::TestWithParam<ComboRow> {};
-INSTANTIATE_TEST_SUITE_P(Table, PanelCombo, testing::ValuesIn(kCombos), rowName<ComboRow>);
-
-TEST_P(PanelCombo, EachLabelStoresItsValueAndEachValueShowsItsLabel) {
-    const ComboRow& r = GetParam();
-    LoadedPage p(r.panel);
-    auto* combo = p.control<QComboBox>(r.control);
-    const FieldInfo& f = p.field(rowOf(r.panel, r.control).field);
-    ASSERT_EQ(combo->count(), static_cast<int>(r.labels.size()));
-    for (int item = 0; item < combo->count(); ++item) {
-        SCOPED_TRACE(r.labels[static_cast<std::size_t>(item)]);
-        EXPECT_EQ(combo->itemText(item).toStdString(), r.labels[static_cast<std::size_t>(item)]);
-        combo->setCurrentIndex(item == 0 ? 1 : 0);
-        hostUpdates().clear();
-        combo->setCurrentIndex(item);
-        EXPECT_EQ(readField(p.record(), f), r.stored[static_cast<std::size_t>(item)]);
-        expectOneUpdateCarrying(p);
-    }
-    for (int item = combo->count() - 1; item >= 0; --item) {
-        std::string record = p.record();
-        writeField(record, f, r.stored[static_cast<std::size_t>(item)]);
-        p.load(record);
-        EXPECT_EQ(combo->currentIndex(), item) << r.labels[static_cast<std::size_t>(item)];
-    }
-    if (r.unlisted == kNotTried) return;
-    std::string unlisted = p.record();
-    writeField(unlisted, f, r.unlisted);
-    p.load(unlisted);
-    EXPECT_EQ(combo->currentIndex(), r.unlistedItem);
-    expectSameRecord(p, p.record(), unlisted);
-}
+// ---- Pairs and floors --------------------------------------------
 
 class PanelPair : public testing::TestWithParam<PairRow> {};
 INSTANTIATE_TEST_SUITE_P(Table, PanelPair, testing::ValuesIn(kPairs), [](const auto& info) {
@@ -821,13 +753,6 @@ TEST(TransformBlock, InteractiveUpdateSwitchesItsTracking) {
             EXPECT_EQ(p.control<QSlider>(r.control)->hasTracking(), on) << r.control;
         EXPECT_EQ(p.control<QDoubleSpinBox>("overallScale")->keyboardTracking(), on);
     }
-}
-
-TEST(TransformBlock, NoHostCallbackMeansNoCall) {
-    const Page p("Checkerboard");
-    ASSERT_EQ(HostLink::callback(), nullptr);
-    p.control<QSlider>("transX")->setValue(10);  // must not crash
-    EXPECT_EQ(p.transforms().xOffset, 0.1f);
 }
 
 // Simplex's own scale slot hides the block's slot of the same name; the

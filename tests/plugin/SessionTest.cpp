@@ -2,7 +2,6 @@
 // seven arguments per call, a 256-byte record block, a 44-byte transform
 // block, a count-prefixed point block.
 
-#include <cmath>
 #include <cstring>
 #include <limits>
 #include <vector>
@@ -88,14 +87,6 @@ TEST_F(HostSession, SpheresSessionInBatchesAndOneAtATime) {
     EXPECT_EQ(one(0.5f, 0.5f, 0.8f), 1.0f);
     EXPECT_EQ(one(0.5f, 0.5f, 0.5f), 0.0f);
     EXPECT_EQ(end(), 1.0f);
-}
-
-TEST_F(HostSession, TheSessionAdoptsTheRecordsFields) {
-    SpheresTexture3D spheres;
-    spheres.setHollowness(0.5f);
-    begin(recordOf(spheres));
-    EXPECT_EQ(one(0.5f, 0.5f, 0.5f), 1.0f);  // the hollow centre
-    EXPECT_EQ(one(0.5f, 0.5f, 0.7f), 0.0f);
 }
 
 TEST_F(HostSession, NamesThatMatchNoGeneratorLeaveTheSessionAsItWas) {

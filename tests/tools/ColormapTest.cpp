@@ -5,7 +5,6 @@
 #include <cmath>
 #include <csetjmp>
 #include <cstring>
-#include <limits>
 
 #include <gtest/gtest.h>
 

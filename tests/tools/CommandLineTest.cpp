@@ -204,6 +204,11 @@ TEST_F(CommandLine, BadInputGetsAClearMessageAndStatusTwo) {
     std::ofstream(path("short.rec")) << "too short";
     std::ofstream(path("bad.json")) << "{ \"generator\": ";
     std::ofstream(path("unknown.json")) << R"({"generator": "Checkerboard", "fields": {"colour": 1}})";
+    std::string unterminated(48, 'Z');
+    unterminated[0] = 48;
+    std::ofstream(path("unterminated.rec"), std::ios::binary) << unterminated;
+    ASSERT_EQ(run("record new Checkerboard -o c.rec").status, 0);
+    std::ofstream(path("cut.rec"), std::ios::binary) << readText(path("c.rec")).substr(0, 40);
     const Case cases[] = {
         {"record new Checkerboard --set dpth=2 -o x.rec", "", "'Checkerboard' has no field 'dpth'"},
         {"record new Checkerboard --set depth=two -o x.rec", "", "field 'depth' of Checkerboard is a 32-bit integer; 'two' is not"},
@@ -211,6 +216,8 @@ TEST_F(CommandLine, BadInputGetsAClearMessageAndStatusTwo) {
         {"record new Nothing -o x.rec", "", "unknown generator 'Nothing'"},
         {"record show missing.rec", "", "cannot read 'missing.rec': No such file or directory"},
         {"record show short.rec", "", "is not a state record: 9 bytes"},
+        {"record show unterminated.rec", "", "name is not terminated"},
+        {"record show cut.rec", "", "40 bytes, a Checkerboard record holds 48"},
         {"record from-json bad.json -o x.rec", "", "is not valid JSON"},
         {"record from-json unknown.json -o x.rec", "", "has no field 'colour'"},
         {"eval Checkerboard", "1 2\n", "line 1: expected three numbers"},
@@ -241,52 +248,6 @@ TEST_F(CommandLine, EveryInstructionSetGivesTheSameValues) {
         ASSERT_EQ(held.status, 0) << level << held.err;
         EXPECT_EQ(held.out, best.out) << level;
     }
-}
-
-TEST_F(CommandLine, DamagedRecordFilesAreNamedAsSuch) {
-    std::string record(48, '\0');
-    record[0] = 48;
-    record.replace(1, 32, std::string(32, 'Z'));
-    std::ofstream(path("unterminated.rec"), std::ios::binary) << record;
-    Outcome r = run("record show unterminated.rec");
-    EXPECT_EQ(r.status, 2);
-    EXPECT_NE(r.err.find("name is not terminated"), std::string::npos) << r.err;
-
-    ASSERT_EQ(run("record new Checkerboard -o c.rec").status, 0);
-    std::string truncated = readText(path("c.rec")).substr(0, 40);
-    std::ofstream(path("cut.rec"), std::ios::binary) << truncated;
-    r = run("record show cut.rec");
-    EXPECT_EQ(r.status, 2);
-    EXPECT_NE(r.err.find("40 bytes, a Checkerboard record holds 48"), std::string::npos) << r.err;
-
-    // Another version: shown with a note, evaluated at the defaults with a warning.
-    std::string old = readText(path("c.rec"));
-    old[33] = 2;
-    std::ofstream(path("old.rec"), std::ios::binary) << old;
-    r = run("record show old.rec");
-    EXPECT_EQ(r.status, 0);
-    EXPECT_NE(r.out.find("\"version\": \"2.0\""), std::string::npos);
-    EXPECT_NE(r.out.find("the plug-in ignores it and evaluates the defaults of the current version 3.0"),
-              std::string::npos)
-        << r.out;
-    r = run("eval old.rec", "1.5 0.5 0.5\n");
-    EXPECT_EQ(r.out, "0.75\n");
-    EXPECT_NE(r.err.find("evaluates the defaults"), std::string::npos);
-}
-
-TEST_F(CommandLine, RenderWritesAPngOfTheSlice) {
-    const Outcome r = run("render Checkerboard --size 64 --extent 2 -o out.png");
-    ASSERT_EQ(r.status, 0) << r.err;
-    const std::string png = readText(path("out.png"));
-    ASSERT_GT(png.size(), 8u);
-    EXPECT_EQ(png.substr(1, 3), "PNG");
-    EXPECT_FALSE(fs::exists(path("out.png.partial")));
-}
-
-TEST_F(CommandLine, AMissingPluginIsReported) {
-    const Outcome r = run("--plugin /nonexistent/GritwellPlugin.so eval Checkerboard", "0 0 0\n");
-    EXPECT_EQ(r.status, 1);
-    EXPECT_NE(r.err.find("cannot load the plug-in /nonexistent/GritwellPlugin.so"), std::string::npos) << r.err;
 }
 
 TEST_F(CommandLine, RecordFormatsDocumentIsCurrent) {
@@ -619,4 +580,5 @@ TEST_F(CommandLine, RenderColourMapsDepthsAndTransforms) {
     EXPECT_EQ(r.status, 2);
     EXPECT_NE(r.err.find("unknown colour map 'sepia' (there are grey, heat, viridis)"), std::string::npos) << r.err;
     EXPECT_FALSE(fs::exists(path("x.png")));
+    EXPECT_EQ(files(), (std::set<std::string>{"v.png", "plain.png", "scaled.png", "turned.png"})) << "no partial file left";
 }

@@ -1,5 +1,6 @@
 // The command line's table of the dialog's enumeration labels, held to the
-// dialog itself: every combo box's items, and what each shows for any value.
+// dialog itself: every combo box's items, the value each stores, and what
+// each shows for any value.
 
 #include <QComboBox>
 #include <QDialog>
@@ -51,16 +52,25 @@ TEST_F(EnumLabelsInTheDialog, EveryComboBoxIsInTheTableWithItsItems) {
         ASSERT_NE(info, nullptr) << name;
         for (QComboBox* combo : entry->getStackWidget()->findChildren<QComboBox*>()) {
             const EnumLabels::Field* field = nullptr;
+            const FieldInfo* stored = nullptr;
             for (const FieldInfo& f : info->fields)
-                if (const EnumLabels::Field* e = EnumLabels::find(name, f.name); e && comboFor(*entry, f.name) == combo)
+                if (const EnumLabels::Field* e = EnumLabels::find(name, f.name); e && comboFor(*entry, f.name) == combo) {
                     field = e;
+                    stored = &f;
+                }
             ASSERT_NE(field, nullptr) << name << ": combo box " << combo->objectName().toStdString()
                                       << " has no entry in EnumLabels";
             seen.insert(field);
             ASSERT_EQ(static_cast<std::size_t>(combo->count()), field->items.size()) << name;
-            for (int i = 0; i < combo->count(); ++i)
-                EXPECT_EQ(combo->itemText(i).toStdString(), field->items[static_cast<std::size_t>(i)].label)
-                    << name << " item " << i;
+            // Each item shows its label and, chosen, stores its value.
+            for (int i = combo->count() - 1; i >= 0; --i) {
+                const EnumLabels::Item& item = field->items[static_cast<std::size_t>(i)];
+                EXPECT_EQ(combo->itemText(i).toStdString(), item.label) << name << " item " << i;
+                combo->setCurrentIndex(i);
+                char record[256] = {};
+                entry->getT3D()->getDescription(record);
+                EXPECT_EQ(readIntField(record, *stored), item.value) << name << " " << item.label;
+            }
         }
     }
     EXPECT_EQ(seen.size(), EnumLabels::all().size()) << "a table entry that no combo box shows";
@@ -86,6 +96,9 @@ TEST_F(EnumLabelsInTheDialog, EachStoredValueShowsTheTablesLabel) {
             entry.getWrapper()->updateUI();
             EXPECT_EQ(combo->currentText().toStdString(), EnumLabels::label(field, v))
                 << field.generator << ' ' << field.field << " = " << v;
+            // Showing a value never writes another one back.
+            entry.getT3D()->getDescription(record);
+            EXPECT_EQ(readIntField(record, *f), v) << field.generator << ' ' << field.field;
         }
     }
 }
