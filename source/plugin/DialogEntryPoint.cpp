@@ -7,6 +7,7 @@
 #include <cstring>
 #include <iostream>
 #include <optional>
+#include <string>
 
 #include <QApplication>
 #include <QGuiApplication>
@@ -16,6 +17,7 @@
 #include "core/TransformData.h"
 #include "dialog/ApplicationEventFilter.h"
 #include "dialog/DialogPlacement.h"
+#include "dialog/DisplayCheck.h"
 #include "dialog/HostLink.h"
 #include "dialog/MainWindow.h"
 #include "plugin/HostInterface.h"
@@ -76,12 +78,21 @@ GRITWELL_EXPORT float interactWithUser(char*, double, char* stateRecord, int, ch
     // widgets: nothing is shown.
     std::optional<QApplication> ownApplication;
     if (QCoreApplication::instance() == nullptr) {
+        // Qt would end the host's process if it cannot reach a display. The
+        // host gets its buffers back as they came, as after Cancel with
+        // nothing changed, and one line on standard error says why.
+        if (const std::optional<std::string> problem = gritwell::DisplayCheck::problem()) {
+            std::cerr << kApplicationName << ": " << *problem << std::endl;
+            return 1.0f;
+        }
         QCoreApplication::setAttribute(Qt::AA_PluginApplication, true);
         ownApplication.emplace(argc, argv);
     }
     if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) return 1.0f;
 
-    gritwell::ApplicationEventFilter filter(appKilled, std::cout);
+    // The application's comings and goings are diagnostics: standard output
+    // belongs to the host.
+    gritwell::ApplicationEventFilter filter(appKilled, std::cerr);
     QCoreApplication::instance()->installEventFilter(&filter);
     {
         char emptyRecord[MainWindow::kDescriptionSize] = {};

@@ -1,11 +1,14 @@
 #pragma once
 // What the dialog suites share: a host callback that records every update it
-// is sent, and a way to act on the modal dialog once it is on screen.
+// is sent, a way to act on the modal dialog once it is on screen, and a
+// display that does not exist.
 
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <filesystem>
 #include <functional>
+#include <string>
 #include <vector>
 
 #include <QApplication>
@@ -61,6 +64,13 @@ inline void whenDialogShown(std::function<void(QWidget*)> act) {
         }
         act(dialog);
     });
+}
+
+// An X display name at which no server listens: the first from :90 up
+// without a socket.
+inline std::string displayWithoutServer() {
+    for (int n = 90;; ++n)
+        if (!std::filesystem::exists("/tmp/.X11-unix/X" + std::to_string(n))) return ":" + std::to_string(n);
 }
 
 }  // namespace dialogtest
