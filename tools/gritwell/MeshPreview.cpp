@@ -36,19 +36,22 @@ const V3 kLight = normalized({-0.45, 0.6, 0.66});  // upper left, in front
 
 using Colour = std::array<double, 3>;
 
-// The supersampled picture: a colour and a depth per sample, nearer larger.
+using Sample = Raster::Sample;
+
+// The supersampled picture: what each sample shows and its depth, nearer larger.
 struct Canvas {
-    explicit Canvas(int n)
-        : size(n), depth(std::size_t(n) * n, -std::numeric_limits<double>::infinity()),
-          colour(std::size_t(n) * n, Colour{kBackground / 255.0, kBackground / 255.0, kBackground / 255.0}) {}
+    Canvas(int n, std::vector<Sample>& shown)
+        : size(n), samples(shown), depth(std::size_t(n) * n, -std::numeric_limits<double>::infinity()) {
+        samples.assign(std::size_t(n) * n, Sample{});
+    }
     bool nearer(int x, int y, double z) const { return z > depth[std::size_t(y) * size + x]; }
-    void put(int x, int y, double z, const Colour& c) {
+    void put(int x, int y, double z, const Sample& sample) {
         depth[std::size_t(y) * size + x] = z;
-        colour[std::size_t(y) * size + x] = c;
+        samples[std::size_t(y) * size + x] = sample;
     }
     int size;
+    std::vector<Sample>& samples;
     std::vector<double> depth;
-    std::vector<Colour> colour;
 };
 
 // Signed twice-area of (a, b, p) in the picture's plane.
@@ -59,10 +62,10 @@ double edge(const V3& a, const V3& b, double px, double py) {
 struct Corner {
     V3 screen;  // x right, y down, z nearer larger
     V3 normal;
-    double value;
+    std::uint32_t vertex;
 };
 
-void fillTriangle(Canvas& canvas, const Corner& a, const Corner& b, const Corner& c, Colormap::Map map) {
+void fillTriangle(Canvas& canvas, const Corner& a, const Corner& b, const Corner& c) {
     const double area = edge(a.screen, b.screen, c.screen.x, c.screen.y);
     if (!(std::abs(area) > 1e-12)) return;
     const double left = std::min({a.screen.x, b.screen.x, c.screen.x});
@@ -86,22 +89,32 @@ void fillTriangle(Canvas& canvas, const Corner& a, const Corner& b, const Corner
             V3 n = normalized(wa * a.normal + wb * b.normal + wc * c.normal);
             if (n.z < 0) n = -1.0 * n;  // the side facing the viewer is lit
             const double shade = kAmbient + kDiffuse * std::max(0.0, dot(n, kLight));
-            const float value = static_cast<float>(wa * a.value + wb * b.value + wc * c.value);
-            Colour colour = Colormap::colour(map, value);
-            for (double& channel : colour) channel *= shade;
-            canvas.put(x, y, z, colour);
+            canvas.put(x, y, z, Sample{Sample::Kind::Face, {a.vertex, b.vertex, c.vertex}, {wa, wb, wc}, shade});
         }
     }
 }
 
+Colour sampleColour(const Sample& sample, const std::vector<float>& values, Colormap::Map map) {
+    switch (sample.kind) {
+        case Sample::Kind::Face: {
+            const float value = static_cast<float>(sample.weights[0] * values[sample.corners[0]] +
+                                                   sample.weights[1] * values[sample.corners[1]] +
+                                                   sample.weights[2] * values[sample.corners[2]]);
+            Colour colour = Colormap::colour(map, value);
+            for (double& channel : colour) channel *= sample.shade;
+            return colour;
+        }
+        case Sample::Kind::Dot: return Colormap::colour(map, values[sample.corners[0]]);
+        case Sample::Kind::Background: break;
+    }
+    return {kBackground / 255.0, kBackground / 255.0, kBackground / 255.0};
+}
+
 }  // namespace
 
-Picture render(const Mesh& mesh, const std::vector<float>& values, const View& view) {
-    const std::size_t n = mesh.vertexCount();
-    if (values.size() != n || view.size < 1)
-        throw CliError("internal: a preview of " + std::to_string(values.size()) + " values for " +
-                           std::to_string(n) + " vertices",
-                       CliError::kEnvironment);
+Raster::Raster(const Mesh& mesh, const View& view) : vertexCount_(mesh.vertexCount()), view_(view) {
+    const std::size_t n = vertexCount_;
+    if (view.size < 1) throw CliError("internal: a preview of size " + std::to_string(view.size), CliError::kEnvironment);
     const double yaw = 2.0 * std::numbers::pi * view.yawTurns;
     const double pitch = 2.0 * std::numbers::pi * view.pitchTurns;
     const double cosYaw = std::cos(yaw), sinYaw = std::sin(yaw), cosPitch = std::cos(pitch), sinPitch = std::sin(pitch);
@@ -123,7 +136,7 @@ Picture render(const Mesh& mesh, const std::vector<float>& values, const View& v
     }
 
     const int samples = view.size * kSamples;
-    Canvas canvas(samples);
+    Canvas canvas(samples, samples_);
     const double extent = std::max(maxX - minX, maxY - minY);
     const double scale = extent > 0 ? samples * (1.0 - 2.0 * kMargin) / extent : 1.0;
     const double midX = 0.5 * (minX + maxX), midY = 0.5 * (minY + maxY);
@@ -136,13 +149,15 @@ Picture render(const Mesh& mesh, const std::vector<float>& values, const View& v
         for (std::size_t v = 0; v < n; ++v) {
             if (!finite[v]) continue;
             const V3 s = toScreen(points[v]);
-            const Colour colour = Colormap::colour(view.map, values[v]);
+            Sample dot;
+            dot.kind = Sample::Kind::Dot;
+            dot.corners[0] = static_cast<std::uint32_t>(v);
             const int left = (truncToInt(s.x) / kSamples - kDotPixels / 2) * kSamples;
             const int top = (truncToInt(s.y) / kSamples - kDotPixels / 2) * kSamples;
             for (int y = top; y < top + kDotPixels * kSamples; ++y)
                 for (int x = left; x < left + kDotPixels * kSamples; ++x)
                     if (x >= 0 && y >= 0 && x < samples && y < samples && canvas.nearer(x, y, s.z))
-                        canvas.put(x, y, s.z, colour);
+                        canvas.put(x, y, s.z, dot);
         }
     } else {
         // Smooth normals: each triangle of a face's fan adds its area-weighted
@@ -164,30 +179,44 @@ Picture render(const Mesh& mesh, const std::vector<float>& values, const View& v
             }
             first += corners;
         }
-        auto corner = [&](std::uint32_t v) { return Corner{toScreen(points[v]), normals[v], values[v]}; };
+        auto corner = [&](std::uint32_t v) { return Corner{toScreen(points[v]), normals[v], v}; };
         first = 0;
         for (const std::uint32_t corners : mesh.faceSizes) {
             if (usable(first, corners)) {
                 const std::uint32_t* f = &mesh.faceCorners[first];
                 for (std::uint32_t i = 1; i + 1 < corners; ++i)
-                    fillTriangle(canvas, corner(f[0]), corner(f[i]), corner(f[i + 1]), view.map);
+                    fillTriangle(canvas, corner(f[0]), corner(f[i]), corner(f[i + 1]));
             }
             first += corners;
         }
     }
+}
 
-    Picture picture{view.size, view.size, 3, 8, {}};
-    picture.samples.reserve(std::size_t(view.size) * view.size * 3);
-    for (int y = 0; y < view.size; ++y)
-        for (int x = 0; x < view.size; ++x) {
+Picture Raster::colour(const std::vector<float>& values) const {
+    if (values.size() != vertexCount_)
+        throw CliError("internal: a preview of " + std::to_string(values.size()) + " values for " +
+                           std::to_string(vertexCount_) + " vertices",
+                       CliError::kEnvironment);
+    const int size = view_.size;
+    const std::size_t samples = std::size_t(size) * kSamples;
+    Picture picture{size, size, 3, 8, {}};
+    picture.samples.reserve(std::size_t(size) * size * 3);
+    for (int y = 0; y < size; ++y)
+        for (int x = 0; x < size; ++x) {
             Colour sum{};
             for (int j = 0; j < kSamples; ++j)
-                for (int i = 0; i < kSamples; ++i)
-                    for (int k = 0; k < 3; ++k)
-                        sum[k] += canvas.colour[std::size_t(y * kSamples + j) * samples + x * kSamples + i][k];
+                for (int i = 0; i < kSamples; ++i) {
+                    const Sample& sample = samples_[(std::size_t(y) * kSamples + j) * samples + std::size_t(x) * kSamples + i];
+                    const Colour c = sampleColour(sample, values, view_.map);
+                    for (int k = 0; k < 3; ++k) sum[k] += c[k];
+                }
             for (int k = 0; k < 3; ++k) picture.samples.push_back(Colormap::level(sum[k] / (kSamples * kSamples), 8));
         }
     return picture;
+}
+
+Picture render(const Mesh& mesh, const std::vector<float>& values, const View& view) {
+    return Raster(mesh, view).colour(values);
 }
 
 }  // namespace gritwell::MeshPreview

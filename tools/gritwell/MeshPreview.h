@@ -5,6 +5,8 @@
 // normals smoothed over the vertices, both sides of a face lit alike). Four
 // samples per pixel. A mesh without faces is drawn as dots.
 
+#include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "Colormap.h"
@@ -18,6 +20,29 @@ struct View {
     double yawTurns = 0.07;   // the model turned about y, then...
     double pitchTurns = 0.03; // ...tipped towards the viewer about x
     Colormap::Map map = Colormap::Map::Grey;
+};
+
+// The picture of a mesh before it is coloured: for each sample, the face
+// (and the point on it) or the dot it shows, and how brightly it is lit.
+// Made once, it colours any values of the same mesh; the colouring is the
+// cheap part, so a picture that follows changing values keeps one.
+class Raster {
+public:
+    Raster(const Mesh& mesh, const View& view);
+    // One value per vertex of the mesh, in its order.
+    Picture colour(const std::vector<float>& values) const;
+
+    struct Sample {
+        enum class Kind : std::uint8_t { Background, Face, Dot } kind = Kind::Background;
+        std::uint32_t corners[3] = {};  // a dot's vertex is the first
+        double weights[3] = {};         // of the corners' values
+        double shade = 1.0;
+    };
+
+private:
+    std::size_t vertexCount_;
+    View view_;
+    std::vector<Sample> samples_;  // kSamples x kSamples per pixel, row-major
 };
 
 // 8-bit RGB, the mesh fitted to the square with a margin; vertices that are
