@@ -1,4 +1,5 @@
-// The command-line host, run as a user runs it.
+// The command-line host, run as a user runs it, and the dialog's preview
+// held to what its commands draw.
 
 #include <signal.h>
 #include <sys/stat.h>
@@ -21,6 +22,8 @@
 
 #include <gtest/gtest.h>
 
+#include "DialogPreview.h"
+#include "MeshReader.h"
 #include "core/TransformData.h"
 
 namespace fs = std::filesystem;
@@ -581,4 +584,33 @@ TEST_F(CommandLine, RenderColourMapsDepthsAndTransforms) {
     EXPECT_NE(r.err.find("unknown colour map 'sepia' (there are grey, heat, viridis)"), std::string::npos) << r.err;
     EXPECT_FALSE(fs::exists(path("x.png")));
     EXPECT_EQ(files(), (std::set<std::string>{"v.png", "plain.png", "scaled.png", "turned.png"})) << "no partial file left";
+}
+
+// ---- the dialog's preview ---------------------------------------------------
+
+TEST_F(CommandLine, DialogPreviewDrawsWhatRenderAndPaintDraw) {
+    gritwell::TransformData transforms;
+    transforms.flags = 2 | 4;  // planar
+    transforms.xOffset = 0.3f;
+    transforms.yAngle = 0.1f;
+    transforms.overallScale = 0.5f;
+    char bytes[44];
+    transforms.toBytes(bytes);
+    std::ofstream(path("t.tf"), std::ios::binary).write(bytes, sizeof bytes);
+    ASSERT_EQ(run("record new Brick --set randomizeColors=true -o b.rec").status, 0);
+    Outcome r = run("render b.rec --size 40 --z 0.3 --transform t.tf -o slice.png");
+    ASSERT_EQ(r.status, 0) << r.err;
+    r = run("paint '" + kSampleMesh + "' b.rec --transform t.tf --preview mesh.png --preview-size 40 -o m.ply");
+    ASSERT_EQ(r.status, 0) << r.err;
+
+    gritwell::PluginLibrary plugin(GRITWELL_PLUGIN_PATH);
+    ASSERT_TRUE(plugin.ok()) << plugin.error();
+    const gritwell::DialogPreview preview(plugin, gritwell::MeshReader::read(kSampleMesh), 40);
+    char record[256] = {};
+    const std::string rec = readText(path("b.rec"));
+    rec.copy(record, rec.size());
+    const gritwell::PreviewPictures pictures = preview.render(record, transforms);
+    const std::vector<unsigned char> slice = gritwell::encodePng(pictures.slice), mesh = gritwell::encodePng(pictures.mesh);
+    EXPECT_EQ(std::string(slice.begin(), slice.end()), readText(path("slice.png")));
+    EXPECT_EQ(std::string(mesh.begin(), mesh.end()), readText(path("mesh.png")));
 }

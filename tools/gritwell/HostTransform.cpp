@@ -112,4 +112,14 @@ TransformData HostTransform::readFile(const std::string& path) {
     return TransformData::fromBytes(bytes.data());
 }
 
+BatchEvaluator transformedEvaluator(PluginSession& session, const HostTransform& transform) {
+    if (transform.isIdentity())
+        return [&session](const float* points, int n, float* out) { session.evaluate(points, n, out); };
+    return [&session, &transform](const float* points, int n, float* out) {
+        std::vector<float> moved(3 * static_cast<std::size_t>(n));
+        transform.apply(points, moved.data(), static_cast<std::size_t>(n));
+        session.evaluate(moved.data(), n, out);
+    };
+}
+
 }  // namespace gritwell

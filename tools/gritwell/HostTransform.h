@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <string>
 
+#include "PluginLibrary.h"
 #include "core/TransformData.h"
 
 namespace gritwell {
@@ -43,5 +44,9 @@ private:
     std::array<double, 3> offset_{};
     std::array<double, 3> scale_{};           // per-axis factor times overall
 };
+
+// The session's values at points first moved into texture space by
+// `transform`; both must outlive the evaluator.
+BatchEvaluator transformedEvaluator(PluginSession& session, const HostTransform& transform);
 
 }  // namespace gritwell

@@ -49,6 +49,8 @@ ProgressMeter ProgressMeter::alwaysShown(std::string label, std::FILE* out) {
     return ProgressMeter(std::move(label), out, true);
 }
 
+ProgressMeter ProgressMeter::neverShown() { return ProgressMeter("", stderr, false); }
+
 ProgressMeter::ProgressMeter(std::string label, std::FILE* out, bool shown)
     : label_(std::move(label)), out_(out), shown_(shown), start_(Clock::now()), lastDrawn_(start_ - kInterval) {}
 

@@ -19,6 +19,8 @@ public:
     explicit ProgressMeter(std::string label, std::FILE* out = stderr);
     // A meter that draws on `out` whether or not it is a terminal.
     static ProgressMeter alwaysShown(std::string label, std::FILE* out);
+    // A meter that draws nothing: for work that has its own display.
+    static ProgressMeter neverShown();
 
     bool shown() const { return shown_; }
 

@@ -4,7 +4,6 @@
 // files and JSON.
 
 #include <cerrno>
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -21,6 +20,7 @@
 #include "AtomicOutput.h"
 #include "CliError.h"
 #include "Colormap.h"
+#include "DialogCommand.h"
 #include "Gallery.h"
 #include "HostTransform.h"
 #include "MeshPainter.h"
@@ -34,7 +34,6 @@
 #include "RecordJson.h"
 #include "SliceRenderer.h"
 #include "core/SimdLevel.h"
-#include "core/Texture3D.h"
 #include "core/TransformData.h"
 #include "textures/TextureFactory.h"
 
@@ -110,16 +109,6 @@ void addTransformOptions(CLI::App* command, Options& options) {
     command->add_option("--scale", o.scale, "X,Y,Z: scale factors along x, y, z (default 1,1,1)")
         ->delimiter(',')->expected(3);
     command->add_option("--overall", o.overall, "S: the overall scale (default 1)")->expected(1);
-}
-
-BatchEvaluator sessionEvaluator(PluginSession& session, const HostTransform& transform) {
-    if (transform.isIdentity())
-        return [&session](const float* points, int n, float* out) { session.evaluate(points, n, out); };
-    return [&session, &transform](const float* points, int n, float* out) {
-        std::vector<float> moved(3 * static_cast<std::size_t>(n));
-        transform.apply(points, moved.data(), static_cast<std::size_t>(n));
-        session.evaluate(moved.data(), n, out);
-    };
 }
 
 Colormap::Map colormapOf(const Options& options) {
@@ -226,7 +215,7 @@ void evaluatePoints(const Options& options) {
     const HostTransform transform(transforms);
     PluginLibrary& plugin = loadPlugin(options);
     PluginSession session(plugin, record.bytes, transforms);
-    const BatchEvaluator evaluate = sessionEvaluator(session, transform);
+    const BatchEvaluator evaluate = transformedEvaluator(session, transform);
 
     constexpr std::size_t kBatch = 4096;
     std::vector<float> points;
@@ -261,7 +250,7 @@ void renderPicture(const Options& options) {
     const TransformData transforms = transformRecord(options);
     const HostTransform transform(transforms);
     PluginSession session(loadPlugin(options), record.bytes, transforms);
-    const std::vector<float> values = sliceValues(sessionEvaluator(session, transform), options.view);
+    const std::vector<float> values = sliceValues(transformedEvaluator(session, transform), options.view);
     writePng(options.output,
              Colormap::picture(values, options.view.size, options.view.size, map, options.sixteenBit ? 16 : 8));
 }
@@ -315,52 +304,6 @@ void requestSimdLevel(const std::string& name) {
 }
 
 void galleryPicture(const Options& options) { writePng(options.output, renderGallery(loadPlugin(options))); }
-
-// ---- The dialog -------------------------------------------------------------
-
-// The host's live-update callback: one line per update the dialog sends.
-float printLiveUpdate(std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t, char* record, char* transformBytes) {
-    const TransformData t = TransformData::fromBytes(transformBytes);
-    std::printf("update: %s, %d bytes; transforms %d %g %g %g %g %g %g %g %g %g %g\n",
-                Texture3D::recordName(record).c_str(), static_cast<unsigned char>(record[0]), t.flags,
-                t.overallScale, t.xOffset, t.yOffset, t.zOffset, t.xScale, t.yScale, t.zScale, t.xAngle,
-                t.yAngle, t.zAngle);
-    std::fflush(stdout);
-    return 1.0f;
-}
-
-// Opens the dialog over the record of FILE (or none), as the host does, and
-// writes the record the host would keep afterwards to -o FILE.
-void openDialog(const Options& options) {
-    if (std::getenv("DISPLAY") == nullptr && std::getenv("WAYLAND_DISPLAY") == nullptr &&
-        std::getenv("QT_QPA_PLATFORM") == nullptr)
-        throw CliError("the dialog needs a display: none is set (DISPLAY, WAYLAND_DISPLAY or QT_QPA_PLATFORM)",
-                       CliError::kEnvironment);
-    char record[256] = {};
-    if (!options.input.empty()) {
-        const LoadedRecord loaded = readRecordFile(options.input);
-        std::memcpy(record, loaded.bytes.data(), loaded.bytes.size());
-    }
-    char transforms[sizeof(TransformData)];
-    TransformData{}.toBytes(transforms);
-    void* hostBlock[8] = {};
-    hostBlock[kHostCallbackWord] = reinterpret_cast<void*>(&printLiveUpdate);
-
-    PluginLibrary& plugin = loadPlugin(options);
-    plugin.interactWithUser(nullptr, 0.0, record, sizeof record, transforms, sizeof transforms, hostBlock);
-
-    const TransformData t = TransformData::fromBytes(transforms);
-    std::printf("transforms: %d %g %g %g %g %g %g %g %g %g %g\n", t.flags, t.overallScale, t.xOffset, t.yOffset,
-                t.zOffset, t.xScale, t.yScale, t.zScale, t.xAngle, t.yAngle, t.zAngle);
-    // Cancel leaves the host's buffer as it was: empty when no record came in.
-    const auto size = static_cast<unsigned char>(record[0]);
-    if (size == 0) {
-        std::printf("no record: the dialog was cancelled\n");
-        return;
-    }
-    std::printf("record: %s, %d bytes\n", Texture3D::recordName(record).c_str(), size);
-    if (!options.output.empty()) writeFileAtomically(options.output, record, size);
-}
 
 }  // namespace
 
@@ -449,11 +392,28 @@ int main(int argc, char** argv) {
     gallery->add_option("-o,--output", options.output, "the PNG to write")->required();
     gallery->callback([&] { galleryPicture(options); });
 
+    DialogOptions dialogOptions;
     CLI::App* dialog = app.add_subcommand(
-        "dialog", "open the generator dialog; prints each live update and writes the resulting record");
-    dialog->add_option("FILE", options.input, "a record file to open the dialog on (default: none)");
-    dialog->add_option("-o,--output", options.output, "where to write the record after OK");
-    dialog->callback([&] { openDialog(options); });
+        "dialog", "open the generator dialog as the host does, with a preview window beside it; prints each change "
+                  "and writes the resulting record after OK");
+    dialog->add_option("TARGET", dialogOptions.target,
+                       "generator name (its defaults) or record file to open the dialog on (default: none)");
+    dialog->add_option("-o,--output", dialogOptions.output, "where to write the record after OK (nothing after Cancel)");
+    dialog->add_option("--transform", dialogOptions.transform, "a 44-byte transform record file to start from");
+    dialog->add_option("--transform-out", dialogOptions.transformOutput,
+                       "where to write the transform record afterwards (after Cancel too: the host keeps it)");
+    CLI::Option* noPreview = dialog->add_flag("!--no-preview", dialogOptions.preview, "no preview window");
+    dialog->add_option("--mesh", dialogOptions.mesh, "the preview's .obj or .ply mesh (default: the sample bust)")
+        ->excludes(noPreview);
+    dialog->add_option("--preview-size", dialogOptions.previewSize,
+                       "the preview's pictures' pixels on a side (default 256)")
+        ->excludes(noPreview);
+    // For tests; see DialogOptions::script. Not in the help.
+    dialog->add_option("--script", dialogOptions.script)->delimiter(',')->group("");
+    dialog->footer("Each change prints a line 'update: ...' on standard output; the preview window shows it on a "
+                   "slice (as 'render' draws it) and on the mesh (as 'paint --preview' does). The dialog needs a "
+                   "display.");
+    dialog->callback([&] { runDialog(dialogOptions, [&]() -> PluginLibrary& { return loadPlugin(options); }); });
 
     try {
         app.parse(argc, argv);
