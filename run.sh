@@ -23,6 +23,7 @@ packages=(
   libassimp-dev                              # reading OBJ and PLY meshes for gritwell paint
   libstb-dev fonts-dejavu-core               # stb_perlin, gallery labels
   qt6-base-dev                               # the generator dialog (Qt 6 Widgets, QtTest)
+  libxcb1-dev                                # asking the X server before Qt does
 )
 
 # Only the fuzz command needs these.

@@ -1,7 +1,8 @@
 // The host's dialog: interactWithUser shows the generator dialog modally
 // inside the host's process and writes the user's choice back into the
-// host's buffers. Like the session functions it reports nothing: it returns
-// 1.0 on every path.
+// host's buffers. Like the session functions it reports nothing to the host:
+// it returns 1.0 on every path. Where no display can be reached it says why
+// on standard error, for the person at the terminal.
 
 #include <cstdint>
 #include <cstring>
