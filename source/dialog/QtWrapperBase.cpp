@@ -128,11 +128,10 @@ void QtWrapperBase::describeControls() {
 void QtWrapperBase::loadSlider(QSlider* slider, float word) { SliderValueBox::beside(slider)->load(word); }
 
 bool QtWrapperBase::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::KeyPress) {
+    auto* spin = qobject_cast<QAbstractSpinBox*>(watched);
+    if (spin != nullptr && event->type() == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent*>(event)->key();
-        // Only spin boxes are watched.
         if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-            auto* spin = static_cast<QAbstractSpinBox*>(watched);
             spin->interpretText();
             spin->selectAll();
             return true;

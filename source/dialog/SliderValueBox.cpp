@@ -39,17 +39,22 @@ SliderValueBox::SliderValueBox(QSlider* slider, SliderScale scale, const QString
     setKeyboardTracking(false);
     showPosition(slider->value());
 
-    // Every slider of a page sits in a box layout (its frame's column, under
-    // its label); the slider and this box then share a row in its place.
+    // Every slider of a page sits in a box layout under its label (its
+    // frame's column). The box goes at the right end of the label's row, so
+    // that the slider keeps its width and the page its height; a slider with
+    // nothing above it gets the box beside it.
     QBoxLayout* column = boxLayoutHolding(slider->parentWidget()->layout(), slider);
     Q_ASSERT_X(column != nullptr, "SliderValueBox", "a slider outside a box layout");
     if (column != nullptr) {
-        const int index = column->indexOf(slider);
-        column->removeWidget(slider);
+        const int above = column->indexOf(slider) - 1;
+        QWidget* label = above >= 0 ? column->itemAt(above)->widget() : nullptr;
+        QWidget* neighbour = label != nullptr ? label : slider;
+        const int index = column->indexOf(neighbour);
+        column->removeWidget(neighbour);
         auto* row = new QHBoxLayout;
         row->setSpacing(kSpacingBesideSlider);
         column->insertLayout(index, row);
-        row->addWidget(slider);
+        row->addWidget(neighbour);
         row->addWidget(this);
     }
 
