@@ -42,7 +42,7 @@ SliderValueBox::SliderValueBox(QSlider* slider, SliderScale scale, const QString
     // Every slider of a page sits in a box layout under its label (its
     // frame's column). The box goes at the right end of the label's row, so
     // that the slider keeps its width and the page its height; a slider with
-    // nothing above it gets the box beside it.
+    // no widget above it gets the box beside it.
     QBoxLayout* column = boxLayoutHolding(slider->parentWidget()->layout(), slider);
     Q_ASSERT_X(column != nullptr, "SliderValueBox", "a slider outside a box layout");
     if (column != nullptr) {

@@ -19,9 +19,10 @@ class SliderValueBox final : public QDoubleSpinBox {
     Q_OBJECT
 
 public:
-    // Puts the box beside `slider` in the box layout that holds the slider,
-    // named after it ("brickColor" gets "brickColorValue"), with the same
-    // range and tool tip, one slider step per arrow key.
+    // Puts the box at the end of the row of the slider's label (the widget
+    // above it in its box layout), named after the slider ("brickColor" gets
+    // "brickColorValue"), with the same range and tool tip, one slider step
+    // per arrow key.
     explicit SliderValueBox(QSlider* slider, SliderScale scale, const QString& suffix = QString());
 
     // The box beside `slider`, or null if it has none.
