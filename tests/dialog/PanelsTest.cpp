@@ -21,7 +21,9 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QDoubleSpinBox>
+#include <QKeyEvent>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSlider>
 #include <QSpinBox>
 #include <QTest>
@@ -34,6 +36,7 @@
 #include "core/GeneratorInfo.h"
 #include "dialog/GeneratorRegistry.h"
 #include "dialog/QtWrapperBase.h"
+#include "dialog/SliderValueBox.h"
 #include "dialog/panels/PenroseRhombusQtWrapper.h"
 #include "noise/Voronoi.h"
 #include "textures/BrickTexture3D.h"
@@ -52,8 +55,9 @@ namespace {
 
 // ---- The tables ----------------------------------------------------------------
 
-// A slider stores value / units (its row gives the quotient), a spin box its
-// value as a float, a toggle its new state, a combo box its item's value.
+// A slider stores value / units (its row gives the quotient, which its value
+// box shows; 0.53f * 100 falls short of 53), a spin box its value as a float,
+// a toggle its new state, a combo box its item's value.
 struct ControlRow {
     const char* panel;    // the generator's name
     const char* control;  // the control's object name
@@ -65,7 +69,7 @@ struct ControlRow {
 
 const ControlRow kControls[] = {
     {"Perlin Noise", "octaves", 9, "octaves", 9},
-    {"Perlin Noise", "frequency", 1234, "frequency", 12.34},  // hundredths up to 16
+    {"Perlin Noise", "frequency", 1011, "frequency", 10.11},  // hundredths up to 16
     {"Perlin Noise", "amplitude", 333, "amplitude", 3.33},    // amplitudes above 1 clip
     {"Checkerboard", "depth", 3, "depth", 3},
     {"Checkerboard", "randomizeColors", 1, "randomizeColors", 1},
@@ -102,7 +106,7 @@ const ControlRow kControls[] = {
     {"Brick", "depth", 0.5, "brickDepth", 0.5},
     {"Brick", "mortarThickness", 0.025, "mortarThickness", 0.025},
     {"Brick", "roundedCornersEnable", 1, "roundedCornersEnabled", 1},
-    {"Brick", "roundedCornersRadius", 37, "roundedCornersRadius", 0.37},
+    {"Brick", "roundedCornersRadius", 53, "roundedCornersRadius", 0.53},
     {"Brick", "rowOffsetVariabilityEnable", 1, "rowOffsetVariabilityEnabled", 1},
     {"Brick", "rowOffsetVariabilityAmplitude", 99, "rowOffsetVariabilityAmplitude", 0.99},
     {"Brick", "brickColor", 3, "brickColor", 0.03},
@@ -165,7 +169,7 @@ const ControlRow kControls[] = {
     {"Weave", "horizontalColor", 34, "horizontalColor", 0.34},
     {"Weave", "verticalColor", 56, "verticalColor", 0.56},
     {"Weave", "horizontalWidth", 71, "horizontalWidth", 0.71},
-    {"Weave", "verticalWidth", 29, "verticalWidth", 0.29},
+    {"Weave", "verticalWidth", 59, "verticalWidth", 0.59},
     {"Weave", "horizontalRandomize", 1, "horizontalRandomize", 1},
     {"Weave", "horizontalMinColor", 3, "horizontalMinColor", 0.03},
     {"Weave", "horizontalMaxColor", 77, "horizontalMaxColor", 0.77},
@@ -343,14 +347,14 @@ public:
         wrapper().getTransforms(t);
         return t;
     }
-    // The page's own controls, without the transform block.
+    // The page's own controls, without the transform block or value boxes.
     std::vector<QWidget*> ownControls() const {
         const auto* common = widget().findChild<QWidget*>("CommonWidget");
         std::vector<QWidget*> own;
         for (QWidget* c : widget().findChildren<QWidget*>())
             if ((qobject_cast<QAbstractSlider*>(c) || qobject_cast<QAbstractSpinBox*>(c) ||
                  qobject_cast<QComboBox*>(c) || qobject_cast<QPushButton*>(c)) &&
-                !common->isAncestorOf(c))
+                !common->isAncestorOf(c) && qobject_cast<SliderValueBox*>(c) == nullptr)
                 own.push_back(c);
         return own;
     }
@@ -402,9 +406,21 @@ double shown(const QWidget* c) {
     return std::nan("");
 }
 
-// As the user would: a toggle is clicked if it is not in the state asked for.
+// Typed over the spin box's number, then Return.
+void typeIn(QAbstractSpinBox* s, const QString& text) {
+    s->selectAll();
+    QTest::keyClicks(s, text);
+    QTest::keyClick(s, Qt::Key_Return);
+}
+
+// As the user would: a toggle is clicked if it is not in the state asked
+// for, a slider's value typed into its value box (which moves the slider, and
+// the slider's own slot reports).
 void setControl(QWidget* c, double v) {
-    if (auto* s = qobject_cast<QAbstractSlider*>(c)) s->setValue(static_cast<int>(v));
+    if (auto* s = qobject_cast<QSlider*>(c)) {
+        SliderValueBox* box = SliderValueBox::beside(s);
+        typeIn(box, box->textFromValue(box->scale().shown(static_cast<int>(v))));
+    }
     if (auto* s = qobject_cast<QSpinBox*>(c)) s->setValue(static_cast<int>(v));
     if (auto* s = qobject_cast<QDoubleSpinBox*>(c)) s->setValue(v);
     if (auto* s = qobject_cast<QComboBox*>(c)) s->setCurrentIndex(static_cast<int>(v));
@@ -436,6 +452,13 @@ std::string rowName(const testing::TestParamInfo<Row>& info) {
     return testName(std::string(info.param.panel) + "_" + info.param.control);
 }
 
+// A slider's value box reads its field's value, in the field's units.
+void expectBoxReads(QWidget* control, double field) {
+    if (auto* s = qobject_cast<QSlider*>(control)) {
+        EXPECT_NEAR(SliderValueBox::beside(s)->value(), field, 1e-9) << s->objectName().toStdString();
+    }
+}
+
 void expectOneUpdateCarrying(const Page& p) {
     ASSERT_EQ(hostUpdates().size(), 1u);
     EXPECT_TRUE(std::string(hostUpdates()[0].record.data(), 256) == p.record());
@@ -457,6 +480,7 @@ TEST_P(PanelControl, ReachesItsFieldAloneThenTheHost) {
 
     setControl(p.control(r.control), r.value);
     EXPECT_EQ(shown(p.control(r.control)), r.value);
+    expectBoxReads(p.control(r.control), r.stored);
     expectSameRecord(p, p.record(), expected);
     expectOneUpdateCarrying(p);
     // A page's own scale is the generator's, never the transform block's.
@@ -471,12 +495,15 @@ TEST_P(PanelControl, ShowsItsFieldWithoutRewritingIt) {
     for (QWidget* c : p.ownControls()) atDefaults.push_back(shown(c));
     QWidget* control = p.control(r.control);
     const FieldInfo& f = p.field(r.shownFrom != nullptr ? r.shownFrom : r.field);
-    std::string stored = p.record();
-    writeField(stored, f, offTheGrid(r, control));
-
-    p.load(stored);
-    EXPECT_NEAR(shown(control), r.value, 1e-9);
-    expectSameRecord(p, p.record(), stored);
+    // Off the control's grid, and exactly what the control itself stores.
+    for (const double value : {offTheGrid(r, control), r.stored}) {
+        std::string stored = p.record();
+        writeField(stored, f, value);
+        p.load(stored);
+        EXPECT_NEAR(shown(control), r.value, 1e-9) << value;
+        expectBoxReads(control, r.stored);
+        expectSameRecord(p, p.record(), stored);
+    }
     EXPECT_TRUE(hostUpdates().empty());
     const auto own = p.ownControls();
     for (std::size_t i = 0; i < own.size(); ++i)
@@ -530,6 +557,44 @@ TEST_P(PanelPage, DefaultsSurviveTheRoundTripThroughTheControls) {
     for (const auto& changed : kChangedByTheRoundTrip)
         if (changed.panel == GetParam()) writeField(defaults, p.field(changed.field), readField(after, p.field(changed.field)));
     expectSameRecord(p, after, defaults);
+}
+
+// Every spin box of the page: its own, the sliders' value boxes and the
+// transform block's. Return that a spin box passes on reaches the dialog and
+// presses its default button, OK.
+TEST_P(PanelPage, SlidersShowTheirValueSpinBoxesTheirRangeAndDefaultAndReturnStaysInThem) {
+    struct ReturnCounter : QObject {
+        int presses = 0;
+        bool eventFilter(QObject*, QEvent* e) override {
+            presses += e->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(e)->key() == Qt::Key_Return;
+            return false;
+        }
+    } reachingTheDialog;
+    LoadedPage p(GetParam());  // the transforms at their defaults too
+    const auto spinBoxes = p.widget().findChildren<QAbstractSpinBox*>();
+    for (QAbstractSpinBox* s : spinBoxes)
+        EXPECT_TRUE(s->toolTip().contains(
+            QRegularExpression("Range .+ to .+, default " + QRegularExpression::escape(s->text()) + "\\.$")))
+            << s->toolTip().toStdString();
+    for (QSlider* slider : p.widget().findChildren<QSlider*>()) {
+        SliderValueBox* box = SliderValueBox::beside(slider);
+        ASSERT_NE(box, nullptr) << slider->objectName().toStdString();
+        EXPECT_EQ(box->toolTip(), slider->toolTip());
+        for (const int end : {slider->minimum(), slider->maximum()}) {
+            slider->setValue(end);
+            EXPECT_EQ(box->value(), end == slider->minimum() ? box->minimum() : box->maximum())
+                << box->toolTip().toStdString();
+        }
+    }
+    p.widget().window()->installEventFilter(&reachingTheDialog);
+    for (QAbstractSpinBox* s : spinBoxes) {
+        const double top = s->property("maximum").toDouble();
+        const double target = shown(s) == top ? s->property("minimum").toDouble() : top;
+        auto* d = qobject_cast<QDoubleSpinBox*>(s);
+        typeIn(s, d != nullptr ? d->textFromValue(target) : QString::number(target));
+        EXPECT_EQ(shown(s), target) << s->objectName().toStdString();
+        EXPECT_EQ(reachingTheDialog.presses, 0) << s->objectName().toStdString();
+    }
 }
 
 TEST_P(PanelPage, InteractiveUpdateFollowsTheRecord) {
@@ -642,20 +707,21 @@ struct TransformRow {
     int value;
     float TransformData::*word;
     float stored;
+    double shown;  // what its value box reads: texture units, or degrees
 };
 
 // Offsets and angles divide in double precision, the per-axis scales in
 // single precision: the host has always received exactly these words.
 const TransformRow kTransformControls[] = {
-    {"transX", 37, &TransformData::xOffset, static_cast<float>(37 / 100.0)},
-    {"transY", -3, &TransformData::yOffset, static_cast<float>(-3 / 100.0)},
-    {"transZ", 100, &TransformData::zOffset, 1.0f},
-    {"rotX", 90, &TransformData::xAngle, 0.25f},
-    {"rotY", -45, &TransformData::yAngle, static_cast<float>(-45 / 360.0)},
-    {"rotZ", 7, &TransformData::zAngle, static_cast<float>(7 / 360.0)},
-    {"scaleX", 33, &TransformData::xScale, 33.0f / 100.0f},
-    {"scaleY", 1, &TransformData::yScale, 1.0f / 100.0f},
-    {"scaleZ", 70, &TransformData::zScale, 70.0f / 100.0f},
+    {"transX", 37, &TransformData::xOffset, static_cast<float>(37 / 100.0), 0.37},
+    {"transY", -3, &TransformData::yOffset, static_cast<float>(-3 / 100.0), -0.03},
+    {"transZ", 100, &TransformData::zOffset, 1.0f, 1.0},
+    {"rotX", 90, &TransformData::xAngle, 0.25f, 90},
+    {"rotY", -45, &TransformData::yAngle, static_cast<float>(-45 / 360.0), -45},
+    {"rotZ", 7, &TransformData::zAngle, static_cast<float>(7 / 360.0), 7},
+    {"scaleX", 33, &TransformData::xScale, 33.0f / 100.0f, 0.33},
+    {"scaleY", 1, &TransformData::yScale, 1.0f / 100.0f, 0.01},
+    {"scaleZ", 70, &TransformData::zScale, 70.0f / 100.0f, 0.7},
 };
 
 // The least a panel can be.
@@ -710,6 +776,32 @@ TEST(TransformBlock, TheHostReceivesTheTagWordsTheNewRecordAndTheTransforms) {
     EXPECT_EQ(readField(p.record(), p.field("variability")), 0.51f);
     EXPECT_TRUE(std::string(u.record.data(), 256) == p.record());
     EXPECT_EQ(TransformData::fromBytes(u.transforms.data()).yOffset, 0.4f);
+}
+
+// Every position of every slider, carried to another page as a switch of
+// generator carries it and back again: both pages show that position, the
+// words stay bit for bit, and nothing else reaches the host meanwhile.
+TEST(TransformBlock, EverySliderPositionSurvivesBeingLoadedTwice) {
+    LoadedPage p("Checkerboard");
+    const Page other("Brick");
+    for (const TransformRow& r : kTransformControls) {
+        auto* slider = p.control<QSlider>(r.control);
+        for (int position = slider->minimum(); position <= slider->maximum(); ++position) {
+            slider->setValue(position);
+            const TransformData made = p.transforms();
+            hostUpdates().clear();
+            other.wrapper().setTransforms(made);
+            p.wrapper().setTransforms(other.transforms());
+            for (const Page* page : {static_cast<const Page*>(&p), &other}) {
+                const TransformData loaded = page->transforms();
+                ASSERT_EQ(page->control<QSlider>(r.control)->value(), position) << r.control;
+                ASSERT_EQ(std::memcmp(&loaded, &made, sizeof made), 0) << r.control << " " << position;
+                expectBoxReads(page->control(r.control), position * (r.shown / r.value));
+            }
+            for (const dialogtest::HostUpdate& u : hostUpdates())
+                ASSERT_EQ(std::memcmp(u.transforms.data(), &made, sizeof made), 0) << r.control;
+        }
+    }
 }
 
 TEST(TransformBlock, LoadingQuantisesToWhatTheControlsShowAndClampsDamagedWords) {

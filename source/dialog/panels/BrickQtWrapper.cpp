@@ -2,17 +2,13 @@
 
 #include <QSignalBlocker>
 
-#include "core/FloatToInt.h"
 #include "ui_CommonWidget.h"
 
 namespace gritwell {
 
 namespace {
 // Colour and fraction sliders run 0..100 for 0..1.
-constexpr float kSliderUnits = 100.0f;
-
-int toSlider(float value) { return truncToInt(static_cast<double>(value * kSliderUnits)); }
-float fromSlider(int value) { return static_cast<float>(value) / kSliderUnits; }
+constexpr SliderScale kHundredths(100);
 }  // namespace
 
 BrickQtWrapper::BrickQtWrapper(BrickTexture3D* texture, ImageArea* imageArea, Ui_BrickWidget* ui, QWidget* page,
@@ -35,6 +31,9 @@ BrickQtWrapper::BrickQtWrapper(BrickTexture3D* texture, ImageArea* imageArea, Ui
             &BrickQtWrapper::rowOffsetVariabilityEnableToggled);
     connect(ui_->rowOffsetVariabilityAmplitude, &QSlider::valueChanged, this,
             &BrickQtWrapper::rowOffsetVariabilityAmplitudeChanged);
+    addValueBoxes(kHundredths, {ui_->brickColor, ui_->mortarColor, ui_->minColor, ui_->maxColor,
+                                ui_->roundedCornersRadius, ui_->rowOffsetVariabilityAmplitude});
+    describeControls();
 }
 
 void BrickQtWrapper::updateUI() {
@@ -43,23 +42,22 @@ void BrickQtWrapper::updateUI() {
         // values back into it, nor let the minimum/maximum pairing rewrite a
         // stored range while the two sliders are half loaded.
         const QSignalBlocker b0(ui_->pattern), b1(ui_->height), b2(ui_->width), b3(ui_->depth),
-            b4(ui_->mortarThickness), b5(ui_->roundedCornersEnable), b6(ui_->roundedCornersRadius),
-            b7(ui_->rowOffsetVariabilityEnable), b8(ui_->rowOffsetVariabilityAmplitude), b9(ui_->brickColor),
-            b10(ui_->mortarColor), b11(ui_->randomizeColors), b12(ui_->minColor), b13(ui_->maxColor);
+            b4(ui_->mortarThickness), b5(ui_->roundedCornersEnable), b6(ui_->rowOffsetVariabilityEnable),
+            b7(ui_->randomizeColors);
         ui_->pattern->setCurrentIndex(texture_->getPattern());
         ui_->height->setValue(texture_->getBrickHeight());
         ui_->width->setValue(texture_->getBrickWidth());
         ui_->depth->setValue(texture_->getBrickDepth());
         ui_->mortarThickness->setValue(texture_->getMortarThickness());
         ui_->roundedCornersEnable->setChecked(texture_->getRoundedCornersEnabled());
-        ui_->roundedCornersRadius->setValue(toSlider(texture_->getRoundedCornersRadius()));
+        loadSlider(ui_->roundedCornersRadius, texture_->getRoundedCornersRadius());
         ui_->rowOffsetVariabilityEnable->setChecked(texture_->getRowOffsetVariabilityEnabled());
-        ui_->rowOffsetVariabilityAmplitude->setValue(toSlider(texture_->getRowOffsetVariabilityAmplitude()));
-        ui_->brickColor->setValue(toSlider(texture_->getBrickColor()));
-        ui_->mortarColor->setValue(toSlider(texture_->getMortarColor()));
+        loadSlider(ui_->rowOffsetVariabilityAmplitude, texture_->getRowOffsetVariabilityAmplitude());
+        loadSlider(ui_->brickColor, texture_->getBrickColor());
+        loadSlider(ui_->mortarColor, texture_->getMortarColor());
         ui_->randomizeColors->setChecked(texture_->getRandomizeColors());
-        ui_->minColor->setValue(toSlider(texture_->getMinColor()));
-        ui_->maxColor->setValue(toSlider(texture_->getMaxColor()));
+        loadSlider(ui_->minColor, texture_->getMinColor());
+        loadSlider(ui_->maxColor, texture_->getMaxColor());
     }
     const bool interactive = texture_->interactiveUpdate();
     commonUi_->newInteractiveUpdate->setChecked(interactive);
@@ -112,17 +110,17 @@ void BrickQtWrapper::roundedCornersEnableToggled(bool on) {
 }
 
 void BrickQtWrapper::roundedCornersRadiusChanged(int value) {
-    texture_->setRoundedCornersRadius(fromSlider(value));
+    texture_->setRoundedCornersRadius(kHundredths.word(value));
     redraw();
 }
 
 void BrickQtWrapper::brickColorChanged(int value) {
-    texture_->setBrickColor(fromSlider(value));
+    texture_->setBrickColor(kHundredths.word(value));
     redraw();
 }
 
 void BrickQtWrapper::mortarColorChanged(int value) {
-    texture_->setMortarColor(fromSlider(value));
+    texture_->setMortarColor(kHundredths.word(value));
     redraw();
 }
 
@@ -132,13 +130,13 @@ void BrickQtWrapper::randomizeColorsToggled(bool on) {
 }
 
 void BrickQtWrapper::minColorChanged(int value) {
-    texture_->setMinColor(fromSlider(value));
+    texture_->setMinColor(kHundredths.word(value));
     if (value > ui_->maxColor->value()) ui_->maxColor->setValue(value);
     redraw();
 }
 
 void BrickQtWrapper::maxColorChanged(int value) {
-    texture_->setMaxColor(fromSlider(value));
+    texture_->setMaxColor(kHundredths.word(value));
     if (value < ui_->minColor->value()) ui_->minColor->setValue(value);
     redraw();
 }
@@ -149,7 +147,7 @@ void BrickQtWrapper::rowOffsetVariabilityEnableToggled(bool on) {
 }
 
 void BrickQtWrapper::rowOffsetVariabilityAmplitudeChanged(int value) {
-    texture_->setRowOffsetVariabilityAmplitude(fromSlider(value));
+    texture_->setRowOffsetVariabilityAmplitude(kHundredths.word(value));
     redraw();
 }
 

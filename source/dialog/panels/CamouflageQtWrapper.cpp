@@ -2,7 +2,6 @@
 
 #include <QSignalBlocker>
 
-#include "core/FloatToInt.h"
 #include "ui_CommonWidget.h"
 
 namespace gritwell {
@@ -10,10 +9,7 @@ namespace gritwell {
 namespace {
 // Threshold and base colour run 0..1 on 0..100 sliders; a threshold of 1 is
 // already above any noise magnitude, so the slider's end leaves the base bare.
-constexpr float kSliderUnits = 100.0f;
-
-int toSlider(float value) { return truncToInt(static_cast<double>(value * kSliderUnits)); }
-float fromSlider(int value) { return static_cast<float>(value) / kSliderUnits; }
+constexpr SliderScale kHundredths(100);
 }  // namespace
 
 CamouflageQtWrapper::CamouflageQtWrapper(CamouflageTexture3D* texture, ImageArea* imageArea, Ui_CamouflageWidget* ui,
@@ -24,15 +20,17 @@ CamouflageQtWrapper::CamouflageQtWrapper(CamouflageTexture3D* texture, ImageArea
     connect(ui_->frequency, &QDoubleSpinBox::valueChanged, this, &CamouflageQtWrapper::frequencyChanged);
     connect(ui_->threshold, &QSlider::valueChanged, this, &CamouflageQtWrapper::thresholdChanged);
     connect(ui_->baseColor, &QSlider::valueChanged, this, &CamouflageQtWrapper::baseColorChanged);
+    addValueBoxes(kHundredths, {ui_->threshold, ui_->baseColor});
+    describeControls();
 }
 
 void CamouflageQtWrapper::updateUI() {
     {
         // Show the record without writing rounded control values back into it.
-        const QSignalBlocker b0(ui_->frequency), b1(ui_->threshold), b2(ui_->baseColor);
+        const QSignalBlocker b0(ui_->frequency);
         ui_->frequency->setValue(texture_->getFrequency());
-        ui_->threshold->setValue(toSlider(texture_->getThreshold()));
-        ui_->baseColor->setValue(toSlider(texture_->getBaseColor()));
+        loadSlider(ui_->threshold, texture_->getThreshold());
+        loadSlider(ui_->baseColor, texture_->getBaseColor());
     }
     const bool interactive = texture_->interactiveUpdate();
     commonUi_->newInteractiveUpdate->setChecked(interactive);
@@ -56,12 +54,12 @@ void CamouflageQtWrapper::frequencyChanged(double value) {
 }
 
 void CamouflageQtWrapper::thresholdChanged(int value) {
-    texture_->setThreshold(fromSlider(value));
+    texture_->setThreshold(kHundredths.word(value));
     redraw();
 }
 
 void CamouflageQtWrapper::baseColorChanged(int value) {
-    texture_->setBaseColor(fromSlider(value));
+    texture_->setBaseColor(kHundredths.word(value));
     redraw();
 }
 

@@ -2,13 +2,12 @@
 
 #include <QSignalBlocker>
 
-#include "core/FloatToInt.h"
 #include "ui_CommonWidget.h"
 
 namespace gritwell {
 
 namespace {
-constexpr float kSliderUnits = 100.0f;  // variability 0..1 on a 0..100 slider
+constexpr SliderScale kHundredths(100);  // variability 0..1 on a 0..100 slider
 }
 
 CheckerboardQtWrapper::CheckerboardQtWrapper(CheckerboardTexture3D* texture, ImageArea* imageArea,
@@ -19,15 +18,17 @@ CheckerboardQtWrapper::CheckerboardQtWrapper(CheckerboardTexture3D* texture, Ima
     connect(ui_->depth, &QSpinBox::valueChanged, this, &CheckerboardQtWrapper::depthChanged);
     connect(ui_->randomizeColors, &QPushButton::toggled, this, &CheckerboardQtWrapper::randomizeColorsToggled);
     connect(ui_->variability, &QSlider::valueChanged, this, &CheckerboardQtWrapper::variabilityChanged);
+    addValueBoxes(kHundredths, {ui_->variability});
+    describeControls();
 }
 
 void CheckerboardQtWrapper::updateUI() {
     {
         // Show the record without writing rounded control values back into it.
-        const QSignalBlocker b0(ui_->depth), b1(ui_->randomizeColors), b2(ui_->variability);
+        const QSignalBlocker b0(ui_->depth), b1(ui_->randomizeColors);
         ui_->depth->setValue(texture_->getDepth());
         ui_->randomizeColors->setChecked(texture_->getRandomizeColors());
-        ui_->variability->setValue(truncToInt(static_cast<double>(texture_->getVariability() * kSliderUnits)));
+        loadSlider(ui_->variability, texture_->getVariability());
     }
     const bool interactive = texture_->interactiveUpdate();
     commonUi_->newInteractiveUpdate->setChecked(interactive);
@@ -56,7 +57,7 @@ void CheckerboardQtWrapper::randomizeColorsToggled(bool on) {
 }
 
 void CheckerboardQtWrapper::variabilityChanged(int value) {
-    texture_->setVariability(static_cast<float>(value) / kSliderUnits);
+    texture_->setVariability(kHundredths.word(value));
     redraw();
 }
 

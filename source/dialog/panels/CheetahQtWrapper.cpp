@@ -1,18 +1,12 @@
 #include "dialog/panels/CheetahQtWrapper.h"
 
-#include <QSignalBlocker>
-
-#include "core/FloatToInt.h"
 #include "ui_CommonWidget.h"
 
 namespace gritwell {
 
 namespace {
 // All three parameters run 0..1 on 0..100 sliders.
-constexpr float kSliderUnits = 100.0f;
-
-int toSlider(float value) { return truncToInt(static_cast<double>(value * kSliderUnits)); }
-float fromSlider(int value) { return static_cast<float>(value) / kSliderUnits; }
+constexpr SliderScale kHundredths(100);
 }  // namespace
 
 CheetahQtWrapper::CheetahQtWrapper(CheetahTexture3D* texture, ImageArea* imageArea, Ui_CheetahWidget* ui,
@@ -22,16 +16,14 @@ CheetahQtWrapper::CheetahQtWrapper(CheetahTexture3D* texture, ImageArea* imageAr
     connect(ui_->spotSize, &QSlider::valueChanged, this, &CheetahQtWrapper::spotSizeChanged);
     connect(ui_->layoutVariability, &QSlider::valueChanged, this, &CheetahQtWrapper::layoutVariabilityChanged);
     connect(ui_->spotVariability, &QSlider::valueChanged, this, &CheetahQtWrapper::spotVariabilityChanged);
+    addValueBoxes(kHundredths, {ui_->spotSize, ui_->layoutVariability, ui_->spotVariability});
+    describeControls();
 }
 
 void CheetahQtWrapper::updateUI() {
-    {
-        // Show the record without writing rounded control values back into it.
-        const QSignalBlocker b0(ui_->spotSize), b1(ui_->layoutVariability), b2(ui_->spotVariability);
-        ui_->spotSize->setValue(toSlider(texture_->getSpotSize()));
-        ui_->layoutVariability->setValue(toSlider(texture_->getLayoutVariability()));
-        ui_->spotVariability->setValue(toSlider(texture_->getSpotVariability()));
-    }
+    loadSlider(ui_->spotSize, texture_->getSpotSize());
+    loadSlider(ui_->layoutVariability, texture_->getLayoutVariability());
+    loadSlider(ui_->spotVariability, texture_->getSpotVariability());
     const bool interactive = texture_->interactiveUpdate();
     commonUi_->newInteractiveUpdate->setChecked(interactive);
     setInteractivity(interactive);
@@ -48,17 +40,17 @@ void CheetahQtWrapper::interactiveUpdateToggled(bool on) {
 }
 
 void CheetahQtWrapper::spotSizeChanged(int value) {
-    texture_->setSpotSize(fromSlider(value));
+    texture_->setSpotSize(kHundredths.word(value));
     redraw();
 }
 
 void CheetahQtWrapper::layoutVariabilityChanged(int value) {
-    texture_->setLayoutVariability(fromSlider(value));
+    texture_->setLayoutVariability(kHundredths.word(value));
     redraw();
 }
 
 void CheetahQtWrapper::spotVariabilityChanged(int value) {
-    texture_->setSpotVariability(fromSlider(value));
+    texture_->setSpotVariability(kHundredths.word(value));
     redraw();
 }
 

@@ -30,6 +30,7 @@ CorrugatedQtWrapper::CorrugatedQtWrapper(CorrugatedTexture3D* texture, ImageArea
     connect(commonUi_->newInteractiveUpdate, &QPushButton::toggled, this,
             &CorrugatedQtWrapper::interactiveUpdateToggled);
     connect(ui_->style, &QComboBox::currentIndexChanged, this, &CorrugatedQtWrapper::styleChanged);
+    describeControls();
 }
 
 void CorrugatedQtWrapper::updateUI() {

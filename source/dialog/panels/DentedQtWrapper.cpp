@@ -12,6 +12,7 @@ DentedQtWrapper::DentedQtWrapper(DentedTexture3D* texture, ImageArea* imageArea,
     connect(commonUi_->newInteractiveUpdate, &QPushButton::toggled, this, &DentedQtWrapper::interactiveUpdateToggled);
     connect(ui_->scale, &QDoubleSpinBox::valueChanged, this, &DentedQtWrapper::scaleChanged);
     connect(ui_->magnitude, &QDoubleSpinBox::valueChanged, this, &DentedQtWrapper::magnitudeChanged);
+    describeControls();
 }
 
 void DentedQtWrapper::updateUI() {

@@ -12,6 +12,7 @@ ErodedQtWrapper::ErodedQtWrapper(ErodedTexture3D* texture, ImageArea* imageArea,
     connect(commonUi_->newInteractiveUpdate, &QPushButton::toggled, this, &ErodedQtWrapper::interactiveUpdateToggled);
     connect(ui_->scale, &QDoubleSpinBox::valueChanged, this, &ErodedQtWrapper::scaleChanged);
     connect(ui_->magnitude, &QDoubleSpinBox::valueChanged, this, &ErodedQtWrapper::magnitudeChanged);
+    describeControls();
 }
 
 void ErodedQtWrapper::updateUI() {

@@ -14,6 +14,7 @@ FBMQtWrapper::FBMQtWrapper(FBMTexture3D* texture, ImageArea* imageArea, Ui_FBMWi
     connect(ui_->lacunarity, &QDoubleSpinBox::valueChanged, this, &FBMQtWrapper::lacunarityChanged);
     connect(ui_->gain, &QDoubleSpinBox::valueChanged, this, &FBMQtWrapper::gainChanged);
     connect(ui_->scale, &QDoubleSpinBox::valueChanged, this, &FBMQtWrapper::scaleChanged);
+    describeControls();
 }
 
 void FBMQtWrapper::updateUI() {

@@ -14,6 +14,7 @@ GradientQtWrapper::GradientQtWrapper(GradientTexture3D* texture, ImageArea* imag
     connect(ui_->xDir, &QPushButton::toggled, this, &GradientQtWrapper::xDirToggled);
     connect(ui_->yDir, &QPushButton::toggled, this, &GradientQtWrapper::yDirToggled);
     connect(ui_->zDir, &QPushButton::toggled, this, &GradientQtWrapper::zDirToggled);
+    describeControls();
 }
 
 void GradientQtWrapper::updateUI() {

@@ -2,7 +2,6 @@
 
 #include <QSignalBlocker>
 
-#include "core/FloatToInt.h"
 #include "ui_CommonWidget.h"
 
 namespace gritwell {
@@ -10,10 +9,7 @@ namespace gritwell {
 namespace {
 // Hundredths: the frequency slider runs 1..800 for 0.01..8. It stops short
 // of 0, where every speckle weight is 0 / 0.
-constexpr float kSliderUnits = 100.0f;
-
-int toSlider(float value) { return truncToInt(static_cast<double>(value * kSliderUnits)); }
-float fromSlider(int value) { return static_cast<float>(value) / kSliderUnits; }
+constexpr SliderScale kHundredths(100);
 }  // namespace
 
 GraniteQtWrapper::GraniteQtWrapper(GraniteTexture3D* texture, ImageArea* imageArea, Ui_GraniteWidget* ui,
@@ -22,14 +18,16 @@ GraniteQtWrapper::GraniteQtWrapper(GraniteTexture3D* texture, ImageArea* imageAr
     connect(commonUi_->newInteractiveUpdate, &QPushButton::toggled, this, &GraniteQtWrapper::interactiveUpdateToggled);
     connect(ui_->octaves, &QSpinBox::valueChanged, this, &GraniteQtWrapper::octavesChanged);
     connect(ui_->frequency, &QSlider::valueChanged, this, &GraniteQtWrapper::frequencyChanged);
+    addValueBoxes(kHundredths, {ui_->frequency});
+    describeControls();
 }
 
 void GraniteQtWrapper::updateUI() {
     {
         // Show the record without writing rounded control values back into it.
-        const QSignalBlocker b0(ui_->octaves), b1(ui_->frequency);
+        const QSignalBlocker b0(ui_->octaves);
         ui_->octaves->setValue(texture_->getOctaves());
-        ui_->frequency->setValue(toSlider(texture_->getFrequency()));
+        loadSlider(ui_->frequency, texture_->getFrequency());
     }
     const bool interactive = texture_->interactiveUpdate();
     commonUi_->newInteractiveUpdate->setChecked(interactive);
@@ -53,7 +51,7 @@ void GraniteQtWrapper::octavesChanged(int value) {
 }
 
 void GraniteQtWrapper::frequencyChanged(int value) {
-    texture_->setFrequency(fromSlider(value));
+    texture_->setFrequency(kHundredths.word(value));
     redraw();
 }
 

@@ -2,7 +2,6 @@
 
 #include <QSignalBlocker>
 
-#include "core/FloatToInt.h"
 #include "ui_CommonWidget.h"
 
 namespace gritwell {
@@ -10,10 +9,7 @@ namespace gritwell {
 namespace {
 // Widths and tones run 0..1 on 0..100 sliders: a line a whole cell wide
 // already leaves no cell showing.
-constexpr float kSliderUnits = 100.0f;
-
-int toSlider(float value) { return truncToInt(static_cast<double>(value * kSliderUnits)); }
-float fromSlider(int value) { return static_cast<float>(value) / kSliderUnits; }
+constexpr SliderScale kHundredths(100);
 }  // namespace
 
 GridQtWrapper::GridQtWrapper(GridTexture3D* texture, ImageArea* imageArea, Ui_GridWidget* ui, QWidget* page,
@@ -24,6 +20,8 @@ GridQtWrapper::GridQtWrapper(GridTexture3D* texture, ImageArea* imageArea, Ui_Gr
     connect(ui_->randomizeColors, &QPushButton::toggled, this, &GridQtWrapper::randomizeColorsToggled);
     connect(ui_->minColor, &QSlider::valueChanged, this, &GridQtWrapper::minColorChanged);
     connect(ui_->maxColor, &QSlider::valueChanged, this, &GridQtWrapper::maxColorChanged);
+    addValueBoxes(kHundredths, {ui_->gridWidth, ui_->minColor, ui_->maxColor});
+    describeControls();
 }
 
 void GridQtWrapper::updateUI() {
@@ -31,11 +29,11 @@ void GridQtWrapper::updateUI() {
         // Loading shows the record; it must not write the sliders' rounded
         // values back into it, nor let the minimum/maximum pairing rewrite a
         // stored range while the two sliders are half loaded.
-        const QSignalBlocker b0(ui_->gridWidth), b1(ui_->randomizeColors), b2(ui_->minColor), b3(ui_->maxColor);
-        ui_->gridWidth->setValue(toSlider(texture_->getStripeWidth()));
+        const QSignalBlocker b0(ui_->randomizeColors);
+        loadSlider(ui_->gridWidth, texture_->getStripeWidth());
         ui_->randomizeColors->setChecked(texture_->getRandomizeColors());
-        ui_->minColor->setValue(toSlider(texture_->getMinColor()));
-        ui_->maxColor->setValue(toSlider(texture_->getMaxColor()));
+        loadSlider(ui_->minColor, texture_->getMinColor());
+        loadSlider(ui_->maxColor, texture_->getMaxColor());
     }
     const bool interactive = texture_->interactiveUpdate();
     commonUi_->newInteractiveUpdate->setChecked(interactive);
@@ -53,7 +51,7 @@ void GridQtWrapper::interactiveUpdateToggled(bool on) {
 }
 
 void GridQtWrapper::gridWidthChanged(int value) {
-    texture_->setStripeWidth(fromSlider(value));
+    texture_->setStripeWidth(kHundredths.word(value));
     redraw();
 }
 
@@ -63,13 +61,13 @@ void GridQtWrapper::randomizeColorsToggled(bool on) {
 }
 
 void GridQtWrapper::minColorChanged(int value) {
-    texture_->setMinColor(fromSlider(value));
+    texture_->setMinColor(kHundredths.word(value));
     if (value > ui_->maxColor->value()) ui_->maxColor->setValue(value);
     redraw();
 }
 
 void GridQtWrapper::maxColorChanged(int value) {
-    texture_->setMaxColor(fromSlider(value));
+    texture_->setMaxColor(kHundredths.word(value));
     if (value < ui_->minColor->value()) ui_->minColor->setValue(value);
     redraw();
 }

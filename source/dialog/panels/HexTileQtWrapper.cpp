@@ -2,17 +2,13 @@
 
 #include <QSignalBlocker>
 
-#include "core/FloatToInt.h"
 #include "ui_CommonWidget.h"
 
 namespace gritwell {
 
 namespace {
 // Colour sliders run 0..100 for 0..1.
-constexpr float kSliderUnits = 100.0f;
-
-int toSlider(float value) { return truncToInt(static_cast<double>(value * kSliderUnits)); }
-float fromSlider(int value) { return static_cast<float>(value) / kSliderUnits; }
+constexpr SliderScale kHundredths(100);
 }  // namespace
 
 HexTileQtWrapper::HexTileQtWrapper(HexTileTexture3D* texture, ImageArea* imageArea, Ui_HexTileWidget* ui,
@@ -26,6 +22,8 @@ HexTileQtWrapper::HexTileQtWrapper(HexTileTexture3D* texture, ImageArea* imageAr
     connect(ui_->randomizeColors, &QPushButton::toggled, this, &HexTileQtWrapper::randomizeColorsToggled);
     connect(ui_->minColor, &QSlider::valueChanged, this, &HexTileQtWrapper::minColorChanged);
     connect(ui_->maxColor, &QSlider::valueChanged, this, &HexTileQtWrapper::maxColorChanged);
+    addValueBoxes(kHundredths, {ui_->tileColor, ui_->mortarColor, ui_->minColor, ui_->maxColor});
+    describeControls();
 }
 
 void HexTileQtWrapper::updateUI() {
@@ -33,15 +31,14 @@ void HexTileQtWrapper::updateUI() {
         // Show the record without writing rounded control values back into
         // it, and without the minimum/maximum pairing rewriting a stored
         // range while the two sliders are half loaded.
-        const QSignalBlocker b0(ui_->tileColor), b1(ui_->mortarColor), b2(ui_->tileRadius), b3(ui_->mortarThickness),
-            b4(ui_->randomizeColors), b5(ui_->minColor), b6(ui_->maxColor);
-        ui_->tileColor->setValue(toSlider(texture_->getTileColor()));
-        ui_->mortarColor->setValue(toSlider(texture_->getMortarColor()));
+        const QSignalBlocker b0(ui_->tileRadius), b1(ui_->mortarThickness), b2(ui_->randomizeColors);
+        loadSlider(ui_->tileColor, texture_->getTileColor());
+        loadSlider(ui_->mortarColor, texture_->getMortarColor());
         ui_->tileRadius->setValue(texture_->getTileRadius());
         ui_->mortarThickness->setValue(texture_->getMortarThickness());
         ui_->randomizeColors->setChecked(texture_->getRandomizeColors());
-        ui_->minColor->setValue(toSlider(texture_->getMinColor()));
-        ui_->maxColor->setValue(toSlider(texture_->getMaxColor()));
+        loadSlider(ui_->minColor, texture_->getMinColor());
+        loadSlider(ui_->maxColor, texture_->getMaxColor());
     }
     const bool interactive = texture_->interactiveUpdate();
     commonUi_->newInteractiveUpdate->setChecked(interactive);
@@ -60,12 +57,12 @@ void HexTileQtWrapper::interactiveUpdateToggled(bool on) {
 }
 
 void HexTileQtWrapper::tileColorChanged(int value) {
-    texture_->setTileColor(fromSlider(value));
+    texture_->setTileColor(kHundredths.word(value));
     redraw();
 }
 
 void HexTileQtWrapper::mortarColorChanged(int value) {
-    texture_->setMortarColor(fromSlider(value));
+    texture_->setMortarColor(kHundredths.word(value));
     redraw();
 }
 
@@ -85,13 +82,13 @@ void HexTileQtWrapper::randomizeColorsToggled(bool on) {
 }
 
 void HexTileQtWrapper::minColorChanged(int value) {
-    texture_->setMinColor(fromSlider(value));
+    texture_->setMinColor(kHundredths.word(value));
     if (value > ui_->maxColor->value()) ui_->maxColor->setValue(value);
     redraw();
 }
 
 void HexTileQtWrapper::maxColorChanged(int value) {
-    texture_->setMaxColor(fromSlider(value));
+    texture_->setMaxColor(kHundredths.word(value));
     if (value < ui_->minColor->value()) ui_->minColor->setValue(value);
     redraw();
 }

@@ -2,13 +2,12 @@
 
 #include <QSignalBlocker>
 
-#include "core/FloatToInt.h"
 #include "ui_CommonWidget.h"
 
 namespace gritwell {
 
 namespace {
-constexpr float kSliderUnits = 100.0f;  // variability 0..1 on a 0..100 slider
+constexpr SliderScale kHundredths(100);  // variability 0..1 on a 0..100 slider
 }
 
 HoundstoothQtWrapper::HoundstoothQtWrapper(HoundstoothTexture3D* texture, ImageArea* imageArea,
@@ -19,19 +18,21 @@ HoundstoothQtWrapper::HoundstoothQtWrapper(HoundstoothTexture3D* texture, ImageA
     connect(ui_->pattern, &QComboBox::currentIndexChanged, this, &HoundstoothQtWrapper::patternChanged);
     connect(ui_->randomizeColors, &QPushButton::toggled, this, &HoundstoothQtWrapper::randomizeColorsToggled);
     connect(ui_->variability, &QSlider::valueChanged, this, &HoundstoothQtWrapper::variabilityChanged);
+    addValueBoxes(kHundredths, {ui_->variability});
+    describeControls();
 }
 
 void HoundstoothQtWrapper::updateUI() {
     {
         // Show the record without writing rounded control values back into it.
-        const QSignalBlocker b0(ui_->pattern), b1(ui_->randomizeColors), b2(ui_->variability);
+        const QSignalBlocker b0(ui_->pattern), b1(ui_->randomizeColors);
         // Records may hold any pattern number; every one but 0 weaves
         // puppytooth, and the list shows it so without changing the record.
         ui_->pattern->setCurrentIndex(texture_->getPattern() == HoundstoothTexture3D::HOUNDSTOOTH
                                           ? HoundstoothTexture3D::HOUNDSTOOTH
                                           : HoundstoothTexture3D::PUPPYTOOTH);
         ui_->randomizeColors->setChecked(texture_->getRandomizeColors());
-        ui_->variability->setValue(truncToInt(static_cast<double>(texture_->getVariability() * kSliderUnits)));
+        loadSlider(ui_->variability, texture_->getVariability());
     }
     const bool interactive = texture_->interactiveUpdate();
     commonUi_->newInteractiveUpdate->setChecked(interactive);
@@ -58,7 +59,7 @@ void HoundstoothQtWrapper::randomizeColorsToggled(bool on) {
 }
 
 void HoundstoothQtWrapper::variabilityChanged(int value) {
-    texture_->setVariability(static_cast<float>(value) / kSliderUnits);
+    texture_->setVariability(kHundredths.word(value));
     redraw();
 }
 

@@ -3,14 +3,13 @@
 #include <QCoreApplication>
 #include <QSignalBlocker>
 
-#include "core/FloatToInt.h"
 #include "ui_CommonWidget.h"
 
 namespace gritwell {
 
 namespace {
 // A shell one unit thick already fills the space: 0..1 on a 0..100 slider.
-constexpr float kSliderUnits = 100.0f;
+constexpr SliderScale kHundredths(100);
 
 // The list's labels are translated in the form's context, so they are
 // compared in that same context.
@@ -50,14 +49,16 @@ NestedShapesQtWrapper::NestedShapesQtWrapper(NestedShapesTexture3D* texture, Ima
             &NestedShapesQtWrapper::interactiveUpdateToggled);
     connect(ui_->shapeType, &QComboBox::currentTextChanged, this, &NestedShapesQtWrapper::shapeTypeChanged);
     connect(ui_->thickness, &QSlider::valueChanged, this, &NestedShapesQtWrapper::thicknessChanged);
+    addValueBoxes(kHundredths, {ui_->thickness});
+    describeControls();
 }
 
 void NestedShapesQtWrapper::updateUI() {
     {
         // Show the record without writing rounded control values back into it.
-        const QSignalBlocker b0(ui_->shapeType), b1(ui_->thickness);
+        const QSignalBlocker b0(ui_->shapeType);
         ui_->shapeType->setCurrentIndex(ui_->shapeType->findText(labelForShape(texture_->getShapeType())));
-        ui_->thickness->setValue(truncToInt(static_cast<double>(texture_->getThickness() * kSliderUnits)));
+        loadSlider(ui_->thickness, texture_->getThickness());
     }
     const bool interactive = texture_->interactiveUpdate();
     commonUi_->newInteractiveUpdate->setChecked(interactive);
@@ -78,7 +79,7 @@ void NestedShapesQtWrapper::shapeTypeChanged(const QString& label) {
 }
 
 void NestedShapesQtWrapper::thicknessChanged(int value) {
-    texture_->setThickness(static_cast<float>(value) / kSliderUnits);
+    texture_->setThickness(kHundredths.word(value));
     redraw();
 }
 

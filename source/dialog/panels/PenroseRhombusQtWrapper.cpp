@@ -2,7 +2,6 @@
 
 #include <QSignalBlocker>
 
-#include "core/FloatToInt.h"
 #include "ui_CommonWidget.h"
 
 namespace gritwell {
@@ -10,11 +9,8 @@ namespace gritwell {
 namespace {
 // Tone sliders run 0..100 for 0..1; the edge width's 0..100 for 0..0.1, a
 // tenth of a tile edge being already a heavy line.
-constexpr float kSliderUnits = 100.0f;
-constexpr float kEdgeWidthUnits = 1000.0f;
-
-int toSlider(float value, float units = kSliderUnits) { return truncToInt(static_cast<double>(value * units)); }
-float fromSlider(int value, float units = kSliderUnits) { return static_cast<float>(value) / units; }
+constexpr SliderScale kHundredths(100);
+constexpr SliderScale kThousandths(1000);
 }  // namespace
 
 PenroseRhombusQtWrapper::PenroseRhombusQtWrapper(PenroseRhombusTexture3D* texture, ImageArea* imageArea,
@@ -32,6 +28,10 @@ PenroseRhombusQtWrapper::PenroseRhombusQtWrapper(PenroseRhombusTexture3D* textur
     connect(ui_->fatMaxColor, &QSlider::valueChanged, this, &PenroseRhombusQtWrapper::fatMaxColorChanged);
     connect(ui_->edgeWidth, &QSlider::valueChanged, this, &PenroseRhombusQtWrapper::edgeWidthChanged);
     connect(ui_->edgeColor, &QSlider::valueChanged, this, &PenroseRhombusQtWrapper::edgeColorChanged);
+    addValueBoxes(kHundredths, {ui_->skinnyColor, ui_->fatColor, ui_->edgeColor, ui_->skinnyMinColor,
+                                ui_->skinnyMaxColor, ui_->fatMinColor, ui_->fatMaxColor});
+    addValueBoxes(kThousandths, {ui_->edgeWidth});
+    describeControls();
 }
 
 void PenroseRhombusQtWrapper::updateUI() {
@@ -39,19 +39,17 @@ void PenroseRhombusQtWrapper::updateUI() {
         // Loading shows the record; it must not write the controls' rounded
         // values back into it, nor let the minimum/maximum pairing rewrite a
         // stored range while the two sliders are half loaded.
-        const QSignalBlocker b0(ui_->skinnyColor), b1(ui_->fatColor), b2(ui_->skinnyRandomize),
-            b3(ui_->skinnyMinColor), b4(ui_->skinnyMaxColor), b5(ui_->fatRandomize), b6(ui_->fatMinColor),
-            b7(ui_->fatMaxColor), b8(ui_->edgeWidth), b9(ui_->edgeColor);
-        ui_->skinnyColor->setValue(toSlider(texture_->getSkinnyColor()));
-        ui_->fatColor->setValue(toSlider(texture_->getFatColor()));
+        const QSignalBlocker b0(ui_->skinnyRandomize), b1(ui_->fatRandomize);
+        loadSlider(ui_->skinnyColor, texture_->getSkinnyColor());
+        loadSlider(ui_->fatColor, texture_->getFatColor());
         ui_->skinnyRandomize->setChecked(texture_->getSkinnyRandomize());
-        ui_->skinnyMinColor->setValue(toSlider(texture_->getSkinnyMinColor()));
-        ui_->skinnyMaxColor->setValue(toSlider(texture_->getSkinnyMaxColor()));
+        loadSlider(ui_->skinnyMinColor, texture_->getSkinnyMinColor());
+        loadSlider(ui_->skinnyMaxColor, texture_->getSkinnyMaxColor());
         ui_->fatRandomize->setChecked(texture_->getFatRandomize());
-        ui_->fatMinColor->setValue(toSlider(texture_->getFatMinColor()));
-        ui_->fatMaxColor->setValue(toSlider(texture_->getFatMaxColor()));
-        ui_->edgeWidth->setValue(toSlider(texture_->getEdgeWidth(), kEdgeWidthUnits));
-        ui_->edgeColor->setValue(toSlider(texture_->getEdgeColor()));
+        loadSlider(ui_->fatMinColor, texture_->getFatMinColor());
+        loadSlider(ui_->fatMaxColor, texture_->getFatMaxColor());
+        loadSlider(ui_->edgeWidth, texture_->getEdgeWidth());
+        loadSlider(ui_->edgeColor, texture_->getEdgeColor());
     }
     const bool interactive = texture_->interactiveUpdate();
     commonUi_->newInteractiveUpdate->setChecked(interactive);
@@ -71,12 +69,12 @@ void PenroseRhombusQtWrapper::interactiveUpdateToggled(bool on) {
 }
 
 void PenroseRhombusQtWrapper::skinnyColorChanged(int value) {
-    texture_->setSkinnyColor(fromSlider(value));
+    texture_->setSkinnyColor(kHundredths.word(value));
     redraw();
 }
 
 void PenroseRhombusQtWrapper::fatColorChanged(int value) {
-    texture_->setFatColor(fromSlider(value));
+    texture_->setFatColor(kHundredths.word(value));
     redraw();
 }
 
@@ -86,13 +84,13 @@ void PenroseRhombusQtWrapper::skinnyRandomizeToggled(bool on) {
 }
 
 void PenroseRhombusQtWrapper::skinnyMinColorChanged(int value) {
-    texture_->setSkinnyMinColor(fromSlider(value));
+    texture_->setSkinnyMinColor(kHundredths.word(value));
     if (value > ui_->skinnyMaxColor->value()) ui_->skinnyMaxColor->setValue(value);
     redraw();
 }
 
 void PenroseRhombusQtWrapper::skinnyMaxColorChanged(int value) {
-    texture_->setSkinnyMaxColor(fromSlider(value));
+    texture_->setSkinnyMaxColor(kHundredths.word(value));
     if (value < ui_->skinnyMinColor->value()) ui_->skinnyMinColor->setValue(value);
     redraw();
 }
@@ -103,24 +101,24 @@ void PenroseRhombusQtWrapper::fatRandomizeToggled(bool on) {
 }
 
 void PenroseRhombusQtWrapper::fatMinColorChanged(int value) {
-    texture_->setFatMinColor(fromSlider(value));
+    texture_->setFatMinColor(kHundredths.word(value));
     if (value > ui_->fatMaxColor->value()) ui_->fatMaxColor->setValue(value);
     redraw();
 }
 
 void PenroseRhombusQtWrapper::fatMaxColorChanged(int value) {
-    texture_->setFatMaxColor(fromSlider(value));
+    texture_->setFatMaxColor(kHundredths.word(value));
     if (value < ui_->fatMinColor->value()) ui_->fatMinColor->setValue(value);
     redraw();
 }
 
 void PenroseRhombusQtWrapper::edgeWidthChanged(int value) {
-    texture_->setEdgeWidth(fromSlider(value, kEdgeWidthUnits));
+    texture_->setEdgeWidth(kThousandths.word(value));
     redraw();
 }
 
 void PenroseRhombusQtWrapper::edgeColorChanged(int value) {
-    texture_->setEdgeColor(fromSlider(value));
+    texture_->setEdgeColor(kHundredths.word(value));
     redraw();
 }
 

@@ -2,7 +2,6 @@
 
 #include <QSignalBlocker>
 
-#include "core/FloatToInt.h"
 #include "ui_CommonWidget.h"
 
 namespace gritwell {
@@ -10,10 +9,7 @@ namespace gritwell {
 namespace {
 // Hundredths: the frequency slider runs 0..1600 for 0..16, the amplitude
 // slider 0..400 for 0..4, beyond which the sum only clips harder.
-constexpr float kSliderUnits = 100.0f;
-
-int toSlider(float value) { return truncToInt(static_cast<double>(value * kSliderUnits)); }
-float fromSlider(int value) { return static_cast<float>(value) / kSliderUnits; }
+constexpr SliderScale kHundredths(100);
 }  // namespace
 
 PerlinQtWrapper::PerlinQtWrapper(PerlinTexture3D* texture, ImageArea* imageArea, Ui_PerlinWidget* ui, QWidget* page,
@@ -23,15 +19,17 @@ PerlinQtWrapper::PerlinQtWrapper(PerlinTexture3D* texture, ImageArea* imageArea,
     connect(ui_->octaves, &QSpinBox::valueChanged, this, &PerlinQtWrapper::octavesChanged);
     connect(ui_->frequency, &QSlider::valueChanged, this, &PerlinQtWrapper::frequencyChanged);
     connect(ui_->amplitude, &QSlider::valueChanged, this, &PerlinQtWrapper::amplitudeChanged);
+    addValueBoxes(kHundredths, {ui_->frequency, ui_->amplitude});
+    describeControls();
 }
 
 void PerlinQtWrapper::updateUI() {
     {
         // Show the record without writing rounded control values back into it.
-        const QSignalBlocker b0(ui_->octaves), b1(ui_->frequency), b2(ui_->amplitude);
+        const QSignalBlocker b0(ui_->octaves);
         ui_->octaves->setValue(texture_->octaves());
-        ui_->frequency->setValue(toSlider(texture_->frequency()));
-        ui_->amplitude->setValue(toSlider(texture_->amplitude()));
+        loadSlider(ui_->frequency, texture_->frequency());
+        loadSlider(ui_->amplitude, texture_->amplitude());
     }
     const bool interactive = texture_->interactiveUpdate();
     commonUi_->newInteractiveUpdate->setChecked(interactive);
@@ -56,12 +54,12 @@ void PerlinQtWrapper::octavesChanged(int value) {
 }
 
 void PerlinQtWrapper::frequencyChanged(int value) {
-    texture_->setFrequency(fromSlider(value));
+    texture_->setFrequency(kHundredths.word(value));
     redraw();
 }
 
 void PerlinQtWrapper::amplitudeChanged(int value) {
-    texture_->setAmplitude(fromSlider(value));
+    texture_->setAmplitude(kHundredths.word(value));
     redraw();
 }
 

@@ -2,14 +2,13 @@
 
 #include <QSignalBlocker>
 
-#include "core/FloatToInt.h"
 #include "ui_CommonWidget.h"
 
 namespace gritwell {
 
 namespace {
 // The primary background runs 0..1 on a 0..100 slider.
-constexpr float kSliderUnits = 100.0f;
+constexpr SliderScale kHundredths(100);
 }  // namespace
 
 PlaidQtWrapper::PlaidQtWrapper(PlaidTexture3D* texture, ImageArea* imageArea, Ui_PlaidWidget* ui, QWidget* page,
@@ -21,15 +20,16 @@ PlaidQtWrapper::PlaidQtWrapper(PlaidTexture3D* texture, ImageArea* imageArea, Ui
     connect(ui_->verticalFrequency, &QDoubleSpinBox::valueChanged, this, &PlaidQtWrapper::verticalFrequencyChanged);
     connect(ui_->horizontalPeriod, &QSpinBox::valueChanged, this, &PlaidQtWrapper::horizontalPeriodChanged);
     connect(ui_->verticalPeriod, &QSpinBox::valueChanged, this, &PlaidQtWrapper::verticalPeriodChanged);
+    addValueBoxes(kHundredths, {ui_->primaryBackground});
+    describeControls();
 }
 
 void PlaidQtWrapper::updateUI() {
     {
         // Show the record without writing rounded control values back into it.
-        const QSignalBlocker b0(ui_->primaryBackground), b1(ui_->horizontalFrequency), b2(ui_->verticalFrequency),
-            b3(ui_->horizontalPeriod), b4(ui_->verticalPeriod);
-        ui_->primaryBackground->setValue(
-            truncToInt(static_cast<double>(texture_->getPrimaryBackground() * kSliderUnits)));
+        const QSignalBlocker b0(ui_->horizontalFrequency), b1(ui_->verticalFrequency), b2(ui_->horizontalPeriod),
+            b3(ui_->verticalPeriod);
+        loadSlider(ui_->primaryBackground, texture_->getPrimaryBackground());
         ui_->horizontalFrequency->setValue(texture_->getHorizontalFrequency());
         ui_->verticalFrequency->setValue(texture_->getVerticalFrequency());
         ui_->horizontalPeriod->setValue(texture_->getHorizontalPeriod());
@@ -53,7 +53,7 @@ void PlaidQtWrapper::interactiveUpdateToggled(bool on) {
 }
 
 void PlaidQtWrapper::primaryBackgroundChanged(int value) {
-    texture_->setPrimaryBackground(static_cast<float>(value) / kSliderUnits);
+    texture_->setPrimaryBackground(kHundredths.word(value));
     redraw();
 }
 

@@ -2,17 +2,13 @@
 
 #include <QSignalBlocker>
 
-#include "core/FloatToInt.h"
 #include "ui_CommonWidget.h"
 
 namespace gritwell {
 
 namespace {
 // Colour sliders run 0..100 for 0..1.
-constexpr float kSliderUnits = 100.0f;
-
-int toSlider(float value) { return truncToInt(static_cast<double>(value * kSliderUnits)); }
-float fromSlider(int value) { return static_cast<float>(value) / kSliderUnits; }
+constexpr SliderScale kHundredths(100);
 }  // namespace
 
 PsychedelicQtWrapper::PsychedelicQtWrapper(PsychedelicTexture3D* texture, ImageArea* imageArea,
@@ -23,16 +19,18 @@ PsychedelicQtWrapper::PsychedelicQtWrapper(PsychedelicTexture3D* texture, ImageA
     connect(ui_->frequency, &QDoubleSpinBox::valueChanged, this, &PsychedelicQtWrapper::frequencyChanged);
     connect(ui_->minColor, &QSlider::valueChanged, this, &PsychedelicQtWrapper::minColorChanged);
     connect(ui_->maxColor, &QSlider::valueChanged, this, &PsychedelicQtWrapper::maxColorChanged);
+    addValueBoxes(kHundredths, {ui_->minColor, ui_->maxColor});
+    describeControls();
 }
 
 void PsychedelicQtWrapper::updateUI() {
     {
         // Show the record as stored: a record whose minimum lies above its
         // maximum (an inverted mapping) stays so until the user moves one.
-        const QSignalBlocker b0(ui_->frequency), b1(ui_->minColor), b2(ui_->maxColor);
+        const QSignalBlocker b0(ui_->frequency);
         ui_->frequency->setValue(texture_->getFrequency());
-        ui_->minColor->setValue(toSlider(texture_->getMinColor()));
-        ui_->maxColor->setValue(toSlider(texture_->getMaxColor()));
+        loadSlider(ui_->minColor, texture_->getMinColor());
+        loadSlider(ui_->maxColor, texture_->getMaxColor());
     }
     const bool interactive = texture_->interactiveUpdate();
     commonUi_->newInteractiveUpdate->setChecked(interactive);
@@ -56,13 +54,13 @@ void PsychedelicQtWrapper::frequencyChanged(double value) {
 }
 
 void PsychedelicQtWrapper::minColorChanged(int value) {
-    texture_->setMinColor(fromSlider(value));
+    texture_->setMinColor(kHundredths.word(value));
     if (value > ui_->maxColor->value()) ui_->maxColor->setValue(value);
     redraw();
 }
 
 void PsychedelicQtWrapper::maxColorChanged(int value) {
-    texture_->setMaxColor(fromSlider(value));
+    texture_->setMaxColor(kHundredths.word(value));
     if (value < ui_->minColor->value()) ui_->minColor->setValue(value);
     redraw();
 }

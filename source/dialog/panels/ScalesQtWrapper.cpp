@@ -2,20 +2,16 @@
 
 #include <QSignalBlocker>
 
-#include "core/FloatToInt.h"
 #include "ui_CommonWidget.h"
 
 namespace gritwell {
 
 namespace {
 // Colours, strengths, the rim width and the wobble run 0..100 for 0..1.
-constexpr float kSliderUnits = 100.0f;
+constexpr SliderScale kHundredths(100);
 // The base band is full once it reaches half a scale, so its slider holds
 // 200 times the value: 0..100 for 0..0.5.
-constexpr float kBaseDimensionUnits = 200.0f;
-
-int toSlider(float value, float units = kSliderUnits) { return truncToInt(static_cast<double>(value * units)); }
-float fromSlider(int value, float units = kSliderUnits) { return static_cast<float>(value) / units; }
+constexpr SliderScale kTwoHundredths(200);
 }  // namespace
 
 ScalesQtWrapper::ScalesQtWrapper(ScalesTexture3D* texture, ImageArea* imageArea, Ui_ScalesWidget* ui,
@@ -46,6 +42,12 @@ ScalesQtWrapper::ScalesQtWrapper(ScalesTexture3D* texture, ImageArea* imageArea,
     connect(ui_->edgeRandomizeColors, &QPushButton::toggled, this, &ScalesQtWrapper::edgeRandomizeColorsToggled);
     connect(ui_->edgeMinColor, &QSlider::valueChanged, this, &ScalesQtWrapper::edgeMinColorChanged);
     connect(ui_->edgeMaxColor, &QSlider::valueChanged, this, &ScalesQtWrapper::edgeMaxColorChanged);
+    addValueBoxes(kTwoHundredths, {ui_->baseDimension});
+    addValueBoxes(kHundredths, {ui_->edgeDimension, ui_->shadingAlongStrength, ui_->shadingAcrossStrength,
+                                ui_->scaleVariabilityFrequency, ui_->scaleVariabilityAmplitude, ui_->baseColor,
+                                ui_->baseMinColor, ui_->baseMaxColor, ui_->bodyColor, ui_->bodyMinColor,
+                                ui_->bodyMaxColor, ui_->edgeColor, ui_->edgeMinColor, ui_->edgeMaxColor});
+    describeControls();
 }
 
 void ScalesQtWrapper::updateUI() {
@@ -53,39 +55,35 @@ void ScalesQtWrapper::updateUI() {
         // Loading shows the record; it must not write the controls' rounded
         // values back into it, nor let the minimum/maximum pairing rewrite a
         // stored range while the two sliders are half loaded.
-        const QSignalBlocker b0(ui_->scaleShape), b1(ui_->baseDimension), b2(ui_->edgeDimension),
-            b3(ui_->shadingAlongEnable), b4(ui_->shadingAlongStrength), b5(ui_->shadingAcrossEnable),
-            b6(ui_->shadingAcrossStrength), b7(ui_->scaleVariabilityEnable), b8(ui_->scaleVariabilityFrequency),
-            b9(ui_->scaleVariabilityAmplitude), b10(ui_->baseColor), b11(ui_->baseRandomizeColors),
-            b12(ui_->baseMinColor), b13(ui_->baseMaxColor), b14(ui_->bodyColor), b15(ui_->bodyRandomizeColors),
-            b16(ui_->bodyMinColor), b17(ui_->bodyMaxColor), b18(ui_->edgeColor), b19(ui_->edgeRandomizeColors),
-            b20(ui_->edgeMinColor), b21(ui_->edgeMaxColor);
+        const QSignalBlocker b0(ui_->scaleShape), b1(ui_->shadingAlongEnable), b2(ui_->shadingAcrossEnable),
+            b3(ui_->scaleVariabilityEnable), b4(ui_->baseRandomizeColors), b5(ui_->bodyRandomizeColors),
+            b6(ui_->edgeRandomizeColors);
         // Records may hold any shape number; every one but 0 draws circular
         // arcs, and the list shows it so without changing the record.
         ui_->scaleShape->setCurrentIndex(texture_->getScaleShape() == ScalesTexture3D::SCALE_SHAPE_SEMICIRCLE
                                              ? ScalesTexture3D::SCALE_SHAPE_SEMICIRCLE
                                              : ScalesTexture3D::SCALE_SHAPE_NORMAL);
-        ui_->baseDimension->setValue(toSlider(texture_->getBaseDimension(), kBaseDimensionUnits));
-        ui_->edgeDimension->setValue(toSlider(texture_->getEdgeDimension()));
+        loadSlider(ui_->baseDimension, texture_->getBaseDimension());
+        loadSlider(ui_->edgeDimension, texture_->getEdgeDimension());
         ui_->shadingAlongEnable->setChecked(texture_->getShadingAlongEnabled());
-        ui_->shadingAlongStrength->setValue(toSlider(texture_->getShadingAlongStrength()));
+        loadSlider(ui_->shadingAlongStrength, texture_->getShadingAlongStrength());
         ui_->shadingAcrossEnable->setChecked(texture_->getShadingAcrossEnabled());
-        ui_->shadingAcrossStrength->setValue(toSlider(texture_->getShadingAcrossStrength()));
+        loadSlider(ui_->shadingAcrossStrength, texture_->getShadingAcrossStrength());
         ui_->scaleVariabilityEnable->setChecked(texture_->getScaleVariabilityEnabled());
-        ui_->scaleVariabilityFrequency->setValue(toSlider(texture_->getScaleVariabilityFrequency()));
-        ui_->scaleVariabilityAmplitude->setValue(toSlider(texture_->getScaleVariabilityAmplitude()));
-        ui_->baseColor->setValue(toSlider(texture_->getBaseColor()));
+        loadSlider(ui_->scaleVariabilityFrequency, texture_->getScaleVariabilityFrequency());
+        loadSlider(ui_->scaleVariabilityAmplitude, texture_->getScaleVariabilityAmplitude());
+        loadSlider(ui_->baseColor, texture_->getBaseColor());
         ui_->baseRandomizeColors->setChecked(texture_->getBaseRandomizeColors());
-        ui_->baseMinColor->setValue(toSlider(texture_->getBaseMinColor()));
-        ui_->baseMaxColor->setValue(toSlider(texture_->getBaseMaxColor()));
-        ui_->bodyColor->setValue(toSlider(texture_->getBodyColor()));
+        loadSlider(ui_->baseMinColor, texture_->getBaseMinColor());
+        loadSlider(ui_->baseMaxColor, texture_->getBaseMaxColor());
+        loadSlider(ui_->bodyColor, texture_->getBodyColor());
         ui_->bodyRandomizeColors->setChecked(texture_->getBodyRandomizeColors());
-        ui_->bodyMinColor->setValue(toSlider(texture_->getBodyMinColor()));
-        ui_->bodyMaxColor->setValue(toSlider(texture_->getBodyMaxColor()));
-        ui_->edgeColor->setValue(toSlider(texture_->getEdgeColor()));
+        loadSlider(ui_->bodyMinColor, texture_->getBodyMinColor());
+        loadSlider(ui_->bodyMaxColor, texture_->getBodyMaxColor());
+        loadSlider(ui_->edgeColor, texture_->getEdgeColor());
         ui_->edgeRandomizeColors->setChecked(texture_->getEdgeRandomizeColors());
-        ui_->edgeMinColor->setValue(toSlider(texture_->getEdgeMinColor()));
-        ui_->edgeMaxColor->setValue(toSlider(texture_->getEdgeMaxColor()));
+        loadSlider(ui_->edgeMinColor, texture_->getEdgeMinColor());
+        loadSlider(ui_->edgeMaxColor, texture_->getEdgeMaxColor());
     }
     const bool interactive = texture_->interactiveUpdate();
     commonUi_->newInteractiveUpdate->setChecked(interactive);
@@ -114,12 +112,12 @@ void ScalesQtWrapper::scaleShapeChanged(int index) {
 }
 
 void ScalesQtWrapper::baseDimensionChanged(int value) {
-    texture_->setBaseDimension(fromSlider(value, kBaseDimensionUnits));
+    texture_->setBaseDimension(kTwoHundredths.word(value));
     redraw();
 }
 
 void ScalesQtWrapper::edgeDimensionChanged(int value) {
-    texture_->setEdgeDimension(fromSlider(value));
+    texture_->setEdgeDimension(kHundredths.word(value));
     redraw();
 }
 
@@ -129,7 +127,7 @@ void ScalesQtWrapper::shadingAlongEnableToggled(bool on) {
 }
 
 void ScalesQtWrapper::shadingAlongStrengthChanged(int value) {
-    texture_->setShadingAlongStrength(fromSlider(value));
+    texture_->setShadingAlongStrength(kHundredths.word(value));
     redraw();
 }
 
@@ -139,7 +137,7 @@ void ScalesQtWrapper::shadingAcrossEnableToggled(bool on) {
 }
 
 void ScalesQtWrapper::shadingAcrossStrengthChanged(int value) {
-    texture_->setShadingAcrossStrength(fromSlider(value));
+    texture_->setShadingAcrossStrength(kHundredths.word(value));
     redraw();
 }
 
@@ -149,19 +147,19 @@ void ScalesQtWrapper::scaleVariabilityEnableToggled(bool on) {
 }
 
 void ScalesQtWrapper::scaleVariabilityFrequencyChanged(int value) {
-    texture_->setScaleVariabilityFrequency(fromSlider(value));
+    texture_->setScaleVariabilityFrequency(kHundredths.word(value));
     redraw();
 }
 
 void ScalesQtWrapper::scaleVariabilityAmplitudeChanged(int value) {
-    texture_->setScaleVariabilityAmplitude(fromSlider(value));
+    texture_->setScaleVariabilityAmplitude(kHundredths.word(value));
     redraw();
 }
 
 // ---- base colours ----
 
 void ScalesQtWrapper::baseColorChanged(int value) {
-    texture_->setBaseColor(fromSlider(value));
+    texture_->setBaseColor(kHundredths.word(value));
     redraw();
 }
 
@@ -171,13 +169,13 @@ void ScalesQtWrapper::baseRandomizeColorsToggled(bool on) {
 }
 
 void ScalesQtWrapper::baseMinColorChanged(int value) {
-    texture_->setBaseMinColor(fromSlider(value));
+    texture_->setBaseMinColor(kHundredths.word(value));
     if (value > ui_->baseMaxColor->value()) ui_->baseMaxColor->setValue(value);
     redraw();
 }
 
 void ScalesQtWrapper::baseMaxColorChanged(int value) {
-    texture_->setBaseMaxColor(fromSlider(value));
+    texture_->setBaseMaxColor(kHundredths.word(value));
     if (value < ui_->baseMinColor->value()) ui_->baseMinColor->setValue(value);
     redraw();
 }
@@ -185,7 +183,7 @@ void ScalesQtWrapper::baseMaxColorChanged(int value) {
 // ---- body colours ----
 
 void ScalesQtWrapper::bodyColorChanged(int value) {
-    texture_->setBodyColor(fromSlider(value));
+    texture_->setBodyColor(kHundredths.word(value));
     redraw();
 }
 
@@ -195,13 +193,13 @@ void ScalesQtWrapper::bodyRandomizeColorsToggled(bool on) {
 }
 
 void ScalesQtWrapper::bodyMinColorChanged(int value) {
-    texture_->setBodyMinColor(fromSlider(value));
+    texture_->setBodyMinColor(kHundredths.word(value));
     if (value > ui_->bodyMaxColor->value()) ui_->bodyMaxColor->setValue(value);
     redraw();
 }
 
 void ScalesQtWrapper::bodyMaxColorChanged(int value) {
-    texture_->setBodyMaxColor(fromSlider(value));
+    texture_->setBodyMaxColor(kHundredths.word(value));
     if (value < ui_->bodyMinColor->value()) ui_->bodyMinColor->setValue(value);
     redraw();
 }
@@ -209,7 +207,7 @@ void ScalesQtWrapper::bodyMaxColorChanged(int value) {
 // ---- rim colours ----
 
 void ScalesQtWrapper::edgeColorChanged(int value) {
-    texture_->setEdgeColor(fromSlider(value));
+    texture_->setEdgeColor(kHundredths.word(value));
     redraw();
 }
 
@@ -219,13 +217,13 @@ void ScalesQtWrapper::edgeRandomizeColorsToggled(bool on) {
 }
 
 void ScalesQtWrapper::edgeMinColorChanged(int value) {
-    texture_->setEdgeMinColor(fromSlider(value));
+    texture_->setEdgeMinColor(kHundredths.word(value));
     if (value > ui_->edgeMaxColor->value()) ui_->edgeMaxColor->setValue(value);
     redraw();
 }
 
 void ScalesQtWrapper::edgeMaxColorChanged(int value) {
-    texture_->setEdgeMaxColor(fromSlider(value));
+    texture_->setEdgeMaxColor(kHundredths.word(value));
     if (value < ui_->edgeMinColor->value()) ui_->edgeMinColor->setValue(value);
     redraw();
 }

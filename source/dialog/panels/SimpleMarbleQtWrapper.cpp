@@ -13,6 +13,7 @@ SimpleMarbleQtWrapper::SimpleMarbleQtWrapper(SimpleMarbleTexture3D* texture, Ima
             &SimpleMarbleQtWrapper::interactiveUpdateToggled);
     connect(ui_->octaves, &QSpinBox::valueChanged, this, &SimpleMarbleQtWrapper::octavesChanged);
     connect(ui_->textureScale, &QDoubleSpinBox::valueChanged, this, &SimpleMarbleQtWrapper::textureScaleChanged);
+    describeControls();
 }
 
 void SimpleMarbleQtWrapper::updateUI() {

@@ -11,6 +11,7 @@ SimplexQtWrapper::SimplexQtWrapper(SimplexTexture3D* texture, ImageArea* imageAr
     : QtWrapperBase(texture, imageArea, page, parent), ui_(ui), texture_(texture) {
     connect(commonUi_->newInteractiveUpdate, &QPushButton::toggled, this, &SimplexQtWrapper::interactiveUpdateToggled);
     connect(ui_->scale, &QDoubleSpinBox::valueChanged, this, &SimplexQtWrapper::scaleChanged);
+    describeControls();
 }
 
 void SimplexQtWrapper::updateUI() {

@@ -2,7 +2,6 @@
 
 #include <QSignalBlocker>
 
-#include "core/FloatToInt.h"
 #include "ui_CommonWidget.h"
 
 namespace gritwell {
@@ -10,10 +9,7 @@ namespace gritwell {
 namespace {
 // Widths, radii, colours and the wobble's frequency and amplitude run
 // 0..100 for 0..1 (of a scale, where they are lengths).
-constexpr float kSliderUnits = 100.0f;
-
-int toSlider(float value) { return truncToInt(static_cast<double>(value * kSliderUnits)); }
-float fromSlider(int value) { return static_cast<float>(value) / kSliderUnits; }
+constexpr SliderScale kHundredths(100);
 }  // namespace
 
 SnakeskinQtWrapper::SnakeskinQtWrapper(SnakeskinTexture3D* texture, ImageArea* imageArea, Ui_SnakeskinWidget* ui,
@@ -43,6 +39,10 @@ SnakeskinQtWrapper::SnakeskinQtWrapper(SnakeskinTexture3D* texture, ImageArea* i
             &SnakeskinQtWrapper::roundCornersLeftRightRadiusChanged);
     connect(ui_->roundCornersTopBottomRadius, &QSlider::valueChanged, this,
             &SnakeskinQtWrapper::roundCornersTopBottomRadiusChanged);
+    addValueBoxes(kHundredths,
+                  {ui_->gridWidth, ui_->roundCornersLeftRightRadius, ui_->roundCornersTopBottomRadius, ui_->minColor,
+                   ui_->maxColor, ui_->scaleVariabilityFrequency, ui_->scaleVariabilityAmplitude});
+    describeControls();
 }
 
 void SnakeskinQtWrapper::updateUI() {
@@ -50,26 +50,24 @@ void SnakeskinQtWrapper::updateUI() {
         // Loading shows the record; it must not write the controls' rounded
         // values back into it, nor let the minimum/maximum pairing rewrite a
         // stored range while the two sliders are half loaded.
-        const QSignalBlocker b0(ui_->gridWidth), b1(ui_->randomizeColors), b2(ui_->minColor), b3(ui_->maxColor),
-            b4(ui_->scaleVariabilityEnable), b5(ui_->scaleVariabilityFrequency), b6(ui_->scaleVariabilityAmplitude),
-            b7(ui_->scaleNoiseAdd), b8(ui_->scaleNoiseOctaves), b9(ui_->scaleNoiseLacunarity),
-            b10(ui_->scaleNoiseGain), b11(ui_->scaleNoiseDetail), b12(ui_->roundCornersEnable),
-            b13(ui_->roundCornersLeftRightRadius), b14(ui_->roundCornersTopBottomRadius);
-        ui_->gridWidth->setValue(toSlider(texture_->getStripeWidth()));
+        const QSignalBlocker b0(ui_->randomizeColors), b1(ui_->scaleVariabilityEnable), b2(ui_->scaleNoiseAdd),
+            b3(ui_->scaleNoiseOctaves), b4(ui_->scaleNoiseLacunarity), b5(ui_->scaleNoiseGain),
+            b6(ui_->scaleNoiseDetail), b7(ui_->roundCornersEnable);
+        loadSlider(ui_->gridWidth, texture_->getStripeWidth());
         ui_->randomizeColors->setChecked(texture_->getRandomizeColors());
-        ui_->minColor->setValue(toSlider(texture_->getMinColor()));
-        ui_->maxColor->setValue(toSlider(texture_->getMaxColor()));
+        loadSlider(ui_->minColor, texture_->getMinColor());
+        loadSlider(ui_->maxColor, texture_->getMaxColor());
         ui_->scaleVariabilityEnable->setChecked(texture_->getScaleVariabilityEnabled());
-        ui_->scaleVariabilityFrequency->setValue(toSlider(texture_->getScaleVariabilityFrequency()));
-        ui_->scaleVariabilityAmplitude->setValue(toSlider(texture_->getScaleVariabilityAmplitude()));
+        loadSlider(ui_->scaleVariabilityFrequency, texture_->getScaleVariabilityFrequency());
+        loadSlider(ui_->scaleVariabilityAmplitude, texture_->getScaleVariabilityAmplitude());
         ui_->scaleNoiseAdd->setChecked(texture_->getScaleNoiseAdd());
         ui_->scaleNoiseOctaves->setValue(texture_->getScaleNoiseOctaves());
         ui_->scaleNoiseLacunarity->setValue(texture_->getScaleNoiseLacunarity());
         ui_->scaleNoiseGain->setValue(texture_->getScaleNoiseGain());
         ui_->scaleNoiseDetail->setValue(texture_->getScaleNoiseDetail());
         ui_->roundCornersEnable->setChecked(texture_->getRoundCornersEnabled());
-        ui_->roundCornersLeftRightRadius->setValue(toSlider(texture_->getRoundCornersLeftRightRadius()));
-        ui_->roundCornersTopBottomRadius->setValue(toSlider(texture_->getRoundCornersTopBottomRadius()));
+        loadSlider(ui_->roundCornersLeftRightRadius, texture_->getRoundCornersLeftRightRadius());
+        loadSlider(ui_->roundCornersTopBottomRadius, texture_->getRoundCornersTopBottomRadius());
     }
     const bool interactive = texture_->interactiveUpdate();
     commonUi_->newInteractiveUpdate->setChecked(interactive);
@@ -93,7 +91,7 @@ void SnakeskinQtWrapper::interactiveUpdateToggled(bool on) {
 }
 
 void SnakeskinQtWrapper::gridWidthChanged(int value) {
-    texture_->setStripeWidth(fromSlider(value));
+    texture_->setStripeWidth(kHundredths.word(value));
     redraw();
 }
 
@@ -103,13 +101,13 @@ void SnakeskinQtWrapper::randomizeColorsToggled(bool on) {
 }
 
 void SnakeskinQtWrapper::minColorChanged(int value) {
-    texture_->setMinColor(fromSlider(value));
+    texture_->setMinColor(kHundredths.word(value));
     if (value > ui_->maxColor->value()) ui_->maxColor->setValue(value);
     redraw();
 }
 
 void SnakeskinQtWrapper::maxColorChanged(int value) {
-    texture_->setMaxColor(fromSlider(value));
+    texture_->setMaxColor(kHundredths.word(value));
     if (value < ui_->minColor->value()) ui_->minColor->setValue(value);
     redraw();
 }
@@ -120,12 +118,12 @@ void SnakeskinQtWrapper::scaleVariabilityEnableToggled(bool on) {
 }
 
 void SnakeskinQtWrapper::scaleVariabilityFrequencyChanged(int value) {
-    texture_->setScaleVariabilityFrequency(fromSlider(value));
+    texture_->setScaleVariabilityFrequency(kHundredths.word(value));
     redraw();
 }
 
 void SnakeskinQtWrapper::scaleVariabilityAmplitudeChanged(int value) {
-    texture_->setScaleVariabilityAmplitude(fromSlider(value));
+    texture_->setScaleVariabilityAmplitude(kHundredths.word(value));
     redraw();
 }
 
@@ -160,12 +158,12 @@ void SnakeskinQtWrapper::roundCornersEnableToggled(bool on) {
 }
 
 void SnakeskinQtWrapper::roundCornersLeftRightRadiusChanged(int value) {
-    texture_->setRoundCornersLeftRightRadius(fromSlider(value));
+    texture_->setRoundCornersLeftRightRadius(kHundredths.word(value));
     redraw();
 }
 
 void SnakeskinQtWrapper::roundCornersTopBottomRadiusChanged(int value) {
-    texture_->setRoundCornersTopBottomRadius(fromSlider(value));
+    texture_->setRoundCornersTopBottomRadius(kHundredths.word(value));
     redraw();
 }
 

@@ -9,10 +9,7 @@ namespace gritwell {
 
 namespace {
 // Intensities run 0..1 on 0..100 sliders.
-constexpr float kSliderUnits = 100.0f;
-
-int toSlider(float value) { return truncToInt(static_cast<double>(value * kSliderUnits)); }
-float fromSlider(int value) { return static_cast<float>(value) / kSliderUnits; }
+constexpr SliderScale kHundredths(100);
 }  // namespace
 
 SpeckledStoneQtWrapper::SpeckledStoneQtWrapper(SpeckledStoneTexture3D* texture, ImageArea* imageArea,
@@ -25,19 +22,20 @@ SpeckledStoneQtWrapper::SpeckledStoneQtWrapper(SpeckledStoneTexture3D* texture, 
     connect(ui_->exponent, &QSpinBox::valueChanged, this, &SpeckledStoneQtWrapper::exponentChanged);
     connect(ui_->grainColor, &QSlider::valueChanged, this, &SpeckledStoneQtWrapper::grainColorChanged);
     connect(ui_->baseColor, &QSlider::valueChanged, this, &SpeckledStoneQtWrapper::baseColorChanged);
+    addValueBoxes(kHundredths, {ui_->grainColor, ui_->baseColor});
+    describeControls();
 }
 
 void SpeckledStoneQtWrapper::updateUI() {
     {
         // Show the record without writing rounded control values back into it.
         // The two whole-number fields read back as floats.
-        const QSignalBlocker b0(ui_->scale), b1(ui_->nShades), b2(ui_->exponent), b3(ui_->grainColor),
-            b4(ui_->baseColor);
+        const QSignalBlocker b0(ui_->scale), b1(ui_->nShades), b2(ui_->exponent);
         ui_->scale->setValue(texture_->scale());
         ui_->nShades->setValue(truncToInt(texture_->nShades()));
         ui_->exponent->setValue(truncToInt(texture_->exponent()));
-        ui_->grainColor->setValue(toSlider(texture_->grainColor()));
-        ui_->baseColor->setValue(toSlider(texture_->baseColor()));
+        loadSlider(ui_->grainColor, texture_->grainColor());
+        loadSlider(ui_->baseColor, texture_->baseColor());
     }
     const bool interactive = texture_->interactiveUpdate();
     commonUi_->newInteractiveUpdate->setChecked(interactive);
@@ -72,12 +70,12 @@ void SpeckledStoneQtWrapper::exponentChanged(int value) {
 }
 
 void SpeckledStoneQtWrapper::grainColorChanged(int value) {
-    texture_->setGrainColor(fromSlider(value));
+    texture_->setGrainColor(kHundredths.word(value));
     redraw();
 }
 
 void SpeckledStoneQtWrapper::baseColorChanged(int value) {
-    texture_->setBaseColor(fromSlider(value));
+    texture_->setBaseColor(kHundredths.word(value));
     redraw();
 }
 

@@ -2,7 +2,6 @@
 
 #include <QSignalBlocker>
 
-#include "core/FloatToInt.h"
 #include "ui_CommonWidget.h"
 
 namespace gritwell {
@@ -10,10 +9,7 @@ namespace gritwell {
 namespace {
 // Size and hollowness run 0..100 for 0..1: a radius of 1 already fills the
 // cell, and hollowness is a fraction of the radius.
-constexpr float kSliderUnits = 100.0f;
-
-int toSlider(float value) { return truncToInt(static_cast<double>(value * kSliderUnits)); }
-float fromSlider(int value) { return static_cast<float>(value) / kSliderUnits; }
+constexpr SliderScale kHundredths(100);
 }  // namespace
 
 SpheresQtWrapper::SpheresQtWrapper(SpheresTexture3D* texture, ImageArea* imageArea, Ui_SpheresWidget* ui,
@@ -23,15 +19,17 @@ SpheresQtWrapper::SpheresQtWrapper(SpheresTexture3D* texture, ImageArea* imageAr
     connect(ui_->sphereSize, &QSlider::valueChanged, this, &SpheresQtWrapper::sphereSizeChanged);
     connect(ui_->staggered, &QPushButton::toggled, this, &SpheresQtWrapper::staggeredToggled);
     connect(ui_->hollowness, &QSlider::valueChanged, this, &SpheresQtWrapper::hollownessChanged);
+    addValueBoxes(kHundredths, {ui_->sphereSize, ui_->hollowness});
+    describeControls();
 }
 
 void SpheresQtWrapper::updateUI() {
     {
         // Show the record without writing rounded control values back into it.
-        const QSignalBlocker b0(ui_->sphereSize), b1(ui_->staggered), b2(ui_->hollowness);
-        ui_->sphereSize->setValue(toSlider(texture_->getSphereSize()));
+        const QSignalBlocker b0(ui_->staggered);
+        loadSlider(ui_->sphereSize, texture_->getSphereSize());
         ui_->staggered->setChecked(texture_->getStaggered());
-        ui_->hollowness->setValue(toSlider(texture_->getHollowness()));
+        loadSlider(ui_->hollowness, texture_->getHollowness());
     }
     const bool interactive = texture_->interactiveUpdate();
     commonUi_->newInteractiveUpdate->setChecked(interactive);
@@ -50,7 +48,7 @@ void SpheresQtWrapper::interactiveUpdateToggled(bool on) {
 }
 
 void SpheresQtWrapper::sphereSizeChanged(int value) {
-    texture_->setSphereSize(fromSlider(value));
+    texture_->setSphereSize(kHundredths.word(value));
     redraw();
 }
 
@@ -60,7 +58,7 @@ void SpheresQtWrapper::staggeredToggled(bool on) {
 }
 
 void SpheresQtWrapper::hollownessChanged(int value) {
-    texture_->setHollowness(fromSlider(value));
+    texture_->setHollowness(kHundredths.word(value));
     redraw();
 }
 

@@ -2,7 +2,6 @@
 
 #include <QSignalBlocker>
 
-#include "core/FloatToInt.h"
 #include "ui_CommonWidget.h"
 
 namespace gritwell {
@@ -10,7 +9,7 @@ namespace gritwell {
 namespace {
 // The line width runs 0..1 of the line spacing on a 0..100 slider; at 1 the
 // lines fill the whole spacing, so nothing wider means anything.
-constexpr float kSliderUnits = 100.0f;
+constexpr SliderScale kHundredths(100);
 }  // namespace
 
 SpiralQtWrapper::SpiralQtWrapper(SpiralTexture3D* texture, ImageArea* imageArea, Ui_SpiralWidget* ui, QWidget* page,
@@ -19,13 +18,15 @@ SpiralQtWrapper::SpiralQtWrapper(SpiralTexture3D* texture, ImageArea* imageArea,
     connect(commonUi_->newInteractiveUpdate, &QPushButton::toggled, this, &SpiralQtWrapper::interactiveUpdateToggled);
     connect(ui_->stripeWidth, &QSlider::valueChanged, this, &SpiralQtWrapper::stripeWidthChanged);
     connect(ui_->spiralRate, &QDoubleSpinBox::valueChanged, this, &SpiralQtWrapper::spiralRateChanged);
+    addValueBoxes(kHundredths, {ui_->stripeWidth});
+    describeControls();
 }
 
 void SpiralQtWrapper::updateUI() {
     {
         // Show the record without writing rounded control values back into it.
-        const QSignalBlocker b0(ui_->stripeWidth), b1(ui_->spiralRate);
-        ui_->stripeWidth->setValue(truncToInt(static_cast<double>(texture_->getStripeWidth() * kSliderUnits)));
+        const QSignalBlocker b0(ui_->spiralRate);
+        loadSlider(ui_->stripeWidth, texture_->getStripeWidth());
         ui_->spiralRate->setValue(texture_->getSpiralRate());
     }
     const bool interactive = texture_->interactiveUpdate();
@@ -45,7 +46,7 @@ void SpiralQtWrapper::interactiveUpdateToggled(bool on) {
 }
 
 void SpiralQtWrapper::stripeWidthChanged(int value) {
-    texture_->setStripeWidth(static_cast<float>(value) / kSliderUnits);
+    texture_->setStripeWidth(kHundredths.word(value));
     redraw();
 }
 

@@ -4,7 +4,6 @@
 
 #include <QSignalBlocker>
 
-#include "core/FloatToInt.h"
 #include "ui_CommonWidget.h"
 
 namespace gritwell {
@@ -12,10 +11,7 @@ namespace gritwell {
 namespace {
 // Hundredths: width and colours run 0..100 for 0..1, the amplitude slider
 // 0..200 for 0..2 line spacings.
-constexpr float kSliderUnits = 100.0f;
-
-int toSlider(float value) { return truncToInt(static_cast<double>(value * kSliderUnits)); }
-float fromSlider(int value) { return static_cast<float>(value) / kSliderUnits; }
+constexpr SliderScale kHundredths(100);
 
 // The list's order, top to bottom. Stored records number the styles
 // differently (StripesTexture3D::Style), so the position is mapped, never
@@ -47,6 +43,8 @@ StripesQtWrapper::StripesQtWrapper(StripesTexture3D* texture, ImageArea* imageAr
     connect(ui_->randomizeColors, &QPushButton::toggled, this, &StripesQtWrapper::randomizeColorsToggled);
     connect(ui_->minColor, &QSlider::valueChanged, this, &StripesQtWrapper::minColorChanged);
     connect(ui_->maxColor, &QSlider::valueChanged, this, &StripesQtWrapper::maxColorChanged);
+    addValueBoxes(kHundredths, {ui_->stripeWidth, ui_->amplitude, ui_->minColor, ui_->maxColor});
+    describeControls();
 }
 
 void StripesQtWrapper::updateUI() {
@@ -54,14 +52,13 @@ void StripesQtWrapper::updateUI() {
         // Loading shows the record; it must not write the controls' rounded
         // values back into it, nor let the minimum/maximum pairing rewrite a
         // stored range while the two sliders are half loaded.
-        const QSignalBlocker b0(ui_->style), b1(ui_->stripeWidth), b2(ui_->amplitude), b3(ui_->randomizeColors),
-            b4(ui_->minColor), b5(ui_->maxColor);
+        const QSignalBlocker b0(ui_->style), b1(ui_->randomizeColors);
         ui_->style->setCurrentIndex(listPosition(texture_->getStripeStyle()));
-        ui_->stripeWidth->setValue(toSlider(texture_->getStripeWidth()));
-        ui_->amplitude->setValue(toSlider(texture_->getAmplitude()));
+        loadSlider(ui_->stripeWidth, texture_->getStripeWidth());
+        loadSlider(ui_->amplitude, texture_->getAmplitude());
         ui_->randomizeColors->setChecked(texture_->getRandomizeColors());
-        ui_->minColor->setValue(toSlider(texture_->getMinColor()));
-        ui_->maxColor->setValue(toSlider(texture_->getMaxColor()));
+        loadSlider(ui_->minColor, texture_->getMinColor());
+        loadSlider(ui_->maxColor, texture_->getMaxColor());
     }
     const bool interactive = texture_->interactiveUpdate();
     commonUi_->newInteractiveUpdate->setChecked(interactive);
@@ -86,12 +83,12 @@ void StripesQtWrapper::styleChanged(int index) {
 }
 
 void StripesQtWrapper::stripeWidthChanged(int value) {
-    texture_->setStripeWidth(fromSlider(value));
+    texture_->setStripeWidth(kHundredths.word(value));
     redraw();
 }
 
 void StripesQtWrapper::amplitudeChanged(int value) {
-    texture_->setAmplitude(fromSlider(value));
+    texture_->setAmplitude(kHundredths.word(value));
     redraw();
 }
 
@@ -101,13 +98,13 @@ void StripesQtWrapper::randomizeColorsToggled(bool on) {
 }
 
 void StripesQtWrapper::minColorChanged(int value) {
-    texture_->setMinColor(fromSlider(value));
+    texture_->setMinColor(kHundredths.word(value));
     if (value > ui_->maxColor->value()) ui_->maxColor->setValue(value);
     redraw();
 }
 
 void StripesQtWrapper::maxColorChanged(int value) {
-    texture_->setMaxColor(fromSlider(value));
+    texture_->setMaxColor(kHundredths.word(value));
     if (value < ui_->minColor->value()) ui_->minColor->setValue(value);
     redraw();
 }

@@ -15,6 +15,7 @@ TurbulenceQtWrapper::TurbulenceQtWrapper(TurbulenceTexture3D* texture, ImageArea
     connect(ui_->lacunarity, &QDoubleSpinBox::valueChanged, this, &TurbulenceQtWrapper::lacunarityChanged);
     connect(ui_->gain, &QDoubleSpinBox::valueChanged, this, &TurbulenceQtWrapper::gainChanged);
     connect(ui_->scale, &QDoubleSpinBox::valueChanged, this, &TurbulenceQtWrapper::scaleChanged);
+    describeControls();
 }
 
 void TurbulenceQtWrapper::updateUI() {

@@ -13,6 +13,7 @@ VoronoiQtWrapper::VoronoiQtWrapper(VoronoiTexture3D* texture, ImageArea* imageAr
     connect(ui_->scale, &QDoubleSpinBox::valueChanged, this, &VoronoiQtWrapper::scaleChanged);
     connect(ui_->type, &QComboBox::currentIndexChanged, this, &VoronoiQtWrapper::typeChanged);
     connect(ui_->distanceMethod, &QComboBox::currentIndexChanged, this, &VoronoiQtWrapper::distanceMethodChanged);
+    describeControls();
 }
 
 void VoronoiQtWrapper::updateUI() {

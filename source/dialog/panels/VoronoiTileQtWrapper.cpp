@@ -2,17 +2,13 @@
 
 #include <QSignalBlocker>
 
-#include "core/FloatToInt.h"
 #include "ui_CommonWidget.h"
 
 namespace gritwell {
 
 namespace {
 // Tile colour sliders run 0..100 for 0..1.
-constexpr float kSliderUnits = 100.0f;
-
-int toSlider(float value) { return truncToInt(static_cast<double>(value * kSliderUnits)); }
-float fromSlider(int value) { return static_cast<float>(value) / kSliderUnits; }
+constexpr SliderScale kHundredths(100);
 }  // namespace
 
 VoronoiTileQtWrapper::VoronoiTileQtWrapper(VoronoiTileTexture3D* texture, ImageArea* imageArea,
@@ -35,6 +31,8 @@ VoronoiTileQtWrapper::VoronoiTileQtWrapper(VoronoiTileTexture3D* texture, ImageA
     connect(ui_->boundaryLacunarity, &QDoubleSpinBox::valueChanged, this, &W::boundaryLacunarityChanged);
     connect(ui_->boundaryGain, &QDoubleSpinBox::valueChanged, this, &W::boundaryGainChanged);
     connect(ui_->boundaryDetail, &QDoubleSpinBox::valueChanged, this, &W::boundaryDetailChanged);
+    addValueBoxes(kHundredths, {ui_->cellMinColor, ui_->cellMaxColor});
+    describeControls();
 }
 
 void VoronoiTileQtWrapper::updateUI() {
@@ -42,14 +40,14 @@ void VoronoiTileQtWrapper::updateUI() {
         // Show the record without writing rounded control values back into
         // it, and without the minimum/maximum pairing rewriting a stored
         // range while the two sliders are half loaded.
-        const QSignalBlocker b0(ui_->cellVariability), b1(ui_->cellRandomizeColors), b2(ui_->cellMinColor),
-            b3(ui_->cellMaxColor), b4(ui_->cellAddNoise), b5(ui_->cellOctaves), b6(ui_->cellLacunarity),
-            b7(ui_->cellGain), b8(ui_->cellDetail), b9(ui_->boundaryThickness), b10(ui_->boundaryAddNoise),
-            b11(ui_->boundaryOctaves), b12(ui_->boundaryLacunarity), b13(ui_->boundaryGain), b14(ui_->boundaryDetail);
+        const QSignalBlocker b0(ui_->cellVariability), b1(ui_->cellRandomizeColors), b2(ui_->cellAddNoise),
+            b3(ui_->cellOctaves), b4(ui_->cellLacunarity), b5(ui_->cellGain), b6(ui_->cellDetail),
+            b7(ui_->boundaryThickness), b8(ui_->boundaryAddNoise), b9(ui_->boundaryOctaves),
+            b10(ui_->boundaryLacunarity), b11(ui_->boundaryGain), b12(ui_->boundaryDetail);
         ui_->cellVariability->setValue(texture_->getCellVariability());
         ui_->cellRandomizeColors->setChecked(texture_->getCellRandomizeColors());
-        ui_->cellMinColor->setValue(toSlider(texture_->getCellMinColor()));
-        ui_->cellMaxColor->setValue(toSlider(texture_->getCellMaxColor()));
+        loadSlider(ui_->cellMinColor, texture_->getCellMinColor());
+        loadSlider(ui_->cellMaxColor, texture_->getCellMaxColor());
         ui_->cellAddNoise->setChecked(texture_->getCellAddNoise());
         ui_->cellOctaves->setValue(texture_->getCellOctaves());
         ui_->cellLacunarity->setValue(texture_->getCellLacunarity());
@@ -95,13 +93,13 @@ void VoronoiTileQtWrapper::cellRandomizeColorsToggled(bool on) {
 }
 
 void VoronoiTileQtWrapper::cellMinColorChanged(int value) {
-    texture_->setCellMinColor(fromSlider(value));
+    texture_->setCellMinColor(kHundredths.word(value));
     if (value > ui_->cellMaxColor->value()) ui_->cellMaxColor->setValue(value);
     redraw();
 }
 
 void VoronoiTileQtWrapper::cellMaxColorChanged(int value) {
-    texture_->setCellMaxColor(fromSlider(value));
+    texture_->setCellMaxColor(kHundredths.word(value));
     if (value < ui_->cellMinColor->value()) ui_->cellMinColor->setValue(value);
     redraw();
 }

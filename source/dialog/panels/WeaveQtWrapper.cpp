@@ -2,17 +2,13 @@
 
 #include <QSignalBlocker>
 
-#include "core/FloatToInt.h"
 #include "ui_CommonWidget.h"
 
 namespace gritwell {
 
 namespace {
 // Colour, width and strength sliders run 0..100 for 0..1.
-constexpr float kSliderUnits = 100.0f;
-
-int toSlider(float value) { return truncToInt(static_cast<double>(value * kSliderUnits)); }
-float fromSlider(int value) { return static_cast<float>(value) / kSliderUnits; }
+constexpr SliderScale kHundredths(100);
 }  // namespace
 
 WeaveQtWrapper::WeaveQtWrapper(WeaveTexture3D* texture, ImageArea* imageArea, Ui_WeaveWidget* ui, QWidget* page,
@@ -36,6 +32,11 @@ WeaveQtWrapper::WeaveQtWrapper(WeaveTexture3D* texture, ImageArea* imageArea, Ui
             &WeaveQtWrapper::shadingHorizontalStrengthChanged);
     connect(ui_->shadingVerticalStrength, &QSlider::valueChanged, this,
             &WeaveQtWrapper::shadingVerticalStrengthChanged);
+    addValueBoxes(kHundredths,
+                  {ui_->horizontalWidth, ui_->verticalWidth, ui_->backgroundColor, ui_->horizontalColor,
+                   ui_->verticalColor, ui_->shadingHorizontalStrength, ui_->shadingVerticalStrength,
+                   ui_->horizontalMinColor, ui_->horizontalMaxColor, ui_->verticalMinColor, ui_->verticalMaxColor});
+    describeControls();
 }
 
 void WeaveQtWrapper::updateUI() {
@@ -43,30 +44,27 @@ void WeaveQtWrapper::updateUI() {
         // Loading shows the record; it must not write the controls' rounded
         // values back into it, nor let the minimum/maximum pairing rewrite a
         // stored range while the two sliders are half loaded.
-        const QSignalBlocker b0(ui_->pattern), b1(ui_->backgroundColor), b2(ui_->horizontalColor),
-            b3(ui_->verticalColor), b4(ui_->horizontalWidth), b5(ui_->verticalWidth), b6(ui_->horizontalRandomize),
-            b7(ui_->horizontalMinColor), b8(ui_->horizontalMaxColor), b9(ui_->verticalRandomize),
-            b10(ui_->verticalMinColor), b11(ui_->verticalMaxColor), b12(ui_->shadingEnable),
-            b13(ui_->shadingHorizontalStrength), b14(ui_->shadingVerticalStrength);
+        const QSignalBlocker b0(ui_->pattern), b1(ui_->horizontalRandomize), b2(ui_->verticalRandomize),
+            b3(ui_->shadingEnable);
         // Records may hold any pattern number; every one but 0 weaves the
         // herringbone, and the list shows it so without changing the record.
         ui_->pattern->setCurrentIndex(texture_->getPattern() == WeaveTexture3D::WEAVE_SIMPLE
                                           ? WeaveTexture3D::WEAVE_SIMPLE
                                           : WeaveTexture3D::WEAVE_HERRINGBONE);
-        ui_->backgroundColor->setValue(toSlider(texture_->getBackgroundColor()));
-        ui_->horizontalColor->setValue(toSlider(texture_->getHorizontalColor()));
-        ui_->verticalColor->setValue(toSlider(texture_->getVerticalColor()));
-        ui_->horizontalWidth->setValue(toSlider(texture_->getHorizontalWidth()));
-        ui_->verticalWidth->setValue(toSlider(texture_->getVerticalWidth()));
+        loadSlider(ui_->backgroundColor, texture_->getBackgroundColor());
+        loadSlider(ui_->horizontalColor, texture_->getHorizontalColor());
+        loadSlider(ui_->verticalColor, texture_->getVerticalColor());
+        loadSlider(ui_->horizontalWidth, texture_->getHorizontalWidth());
+        loadSlider(ui_->verticalWidth, texture_->getVerticalWidth());
         ui_->horizontalRandomize->setChecked(texture_->getHorizontalRandomize());
-        ui_->horizontalMinColor->setValue(toSlider(texture_->getHorizontalMinColor()));
-        ui_->horizontalMaxColor->setValue(toSlider(texture_->getHorizontalMaxColor()));
+        loadSlider(ui_->horizontalMinColor, texture_->getHorizontalMinColor());
+        loadSlider(ui_->horizontalMaxColor, texture_->getHorizontalMaxColor());
         ui_->verticalRandomize->setChecked(texture_->getVerticalRandomize());
-        ui_->verticalMinColor->setValue(toSlider(texture_->getVerticalMinColor()));
-        ui_->verticalMaxColor->setValue(toSlider(texture_->getVerticalMaxColor()));
+        loadSlider(ui_->verticalMinColor, texture_->getVerticalMinColor());
+        loadSlider(ui_->verticalMaxColor, texture_->getVerticalMaxColor());
         ui_->shadingEnable->setChecked(texture_->getShadingEnable());
-        ui_->shadingHorizontalStrength->setValue(toSlider(texture_->getShadingHorizontalStrength()));
-        ui_->shadingVerticalStrength->setValue(toSlider(texture_->getShadingVerticalStrength()));
+        loadSlider(ui_->shadingHorizontalStrength, texture_->getShadingHorizontalStrength());
+        loadSlider(ui_->shadingVerticalStrength, texture_->getShadingVerticalStrength());
     }
     const bool interactive = texture_->interactiveUpdate();
     commonUi_->newInteractiveUpdate->setChecked(interactive);
@@ -94,27 +92,27 @@ void WeaveQtWrapper::patternChanged(int index) {
 }
 
 void WeaveQtWrapper::backgroundColorChanged(int value) {
-    texture_->setBackgroundColor(fromSlider(value));
+    texture_->setBackgroundColor(kHundredths.word(value));
     redraw();
 }
 
 void WeaveQtWrapper::horizontalColorChanged(int value) {
-    texture_->setHorizontalColor(fromSlider(value));
+    texture_->setHorizontalColor(kHundredths.word(value));
     redraw();
 }
 
 void WeaveQtWrapper::verticalColorChanged(int value) {
-    texture_->setVerticalColor(fromSlider(value));
+    texture_->setVerticalColor(kHundredths.word(value));
     redraw();
 }
 
 void WeaveQtWrapper::horizontalWidthChanged(int value) {
-    texture_->setHorizontalWidth(fromSlider(value));
+    texture_->setHorizontalWidth(kHundredths.word(value));
     redraw();
 }
 
 void WeaveQtWrapper::verticalWidthChanged(int value) {
-    texture_->setVerticalWidth(fromSlider(value));
+    texture_->setVerticalWidth(kHundredths.word(value));
     redraw();
 }
 
@@ -124,13 +122,13 @@ void WeaveQtWrapper::horizontalRandomizeToggled(bool on) {
 }
 
 void WeaveQtWrapper::horizontalMinColorChanged(int value) {
-    texture_->setHorizontalMinColor(fromSlider(value));
+    texture_->setHorizontalMinColor(kHundredths.word(value));
     if (value > ui_->horizontalMaxColor->value()) ui_->horizontalMaxColor->setValue(value);
     redraw();
 }
 
 void WeaveQtWrapper::horizontalMaxColorChanged(int value) {
-    texture_->setHorizontalMaxColor(fromSlider(value));
+    texture_->setHorizontalMaxColor(kHundredths.word(value));
     if (value < ui_->horizontalMinColor->value()) ui_->horizontalMinColor->setValue(value);
     redraw();
 }
@@ -141,7 +139,7 @@ void WeaveQtWrapper::verticalRandomizeToggled(bool on) {
 }
 
 void WeaveQtWrapper::verticalMinColorChanged(int value) {
-    texture_->setVerticalMinColor(fromSlider(value));
+    texture_->setVerticalMinColor(kHundredths.word(value));
     if (value > ui_->verticalMaxColor->value()) ui_->verticalMaxColor->setValue(value);
     redraw();
 }
@@ -150,7 +148,7 @@ void WeaveQtWrapper::verticalMinColorChanged(int value) {
 // stored records depend on that: the slot calls it as its name says and
 // leaves the vertical maximum, and the horizontal Maximum slider, as they are.
 void WeaveQtWrapper::verticalMaxColorChanged(int value) {
-    texture_->setVerticalMaxColor(fromSlider(value));
+    texture_->setVerticalMaxColor(kHundredths.word(value));
     if (value < ui_->verticalMinColor->value()) ui_->verticalMinColor->setValue(value);
     redraw();
 }
@@ -161,12 +159,12 @@ void WeaveQtWrapper::shadingEnableToggled(bool on) {
 }
 
 void WeaveQtWrapper::shadingHorizontalStrengthChanged(int value) {
-    texture_->setShadingHorizontalStrength(fromSlider(value));
+    texture_->setShadingHorizontalStrength(kHundredths.word(value));
     redraw();
 }
 
 void WeaveQtWrapper::shadingVerticalStrengthChanged(int value) {
-    texture_->setShadingVerticalStrength(fromSlider(value));
+    texture_->setShadingVerticalStrength(kHundredths.word(value));
     redraw();
 }
 

@@ -2,7 +2,6 @@
 
 #include <QSignalBlocker>
 
-#include "core/FloatToInt.h"
 #include "ui_CommonWidget.h"
 
 namespace gritwell {
@@ -10,10 +9,7 @@ namespace gritwell {
 namespace {
 // Hundredths: colours and amplitude run 0..100 for 0..1, the frequency
 // slider 0..1000 for 0..10.
-constexpr float kSliderUnits = 100.0f;
-
-int toSlider(float value) { return truncToInt(static_cast<double>(value * kSliderUnits)); }
-float fromSlider(int value) { return static_cast<float>(value) / kSliderUnits; }
+constexpr SliderScale kHundredths(100);
 }  // namespace
 
 WoodQtWrapper::WoodQtWrapper(WoodTexture3D* texture, ImageArea* imageArea, Ui_WoodWidget* ui, QWidget* page,
@@ -26,20 +22,21 @@ WoodQtWrapper::WoodQtWrapper(WoodTexture3D* texture, ImageArea* imageArea, Ui_Wo
     connect(ui_->amplitude, &QSlider::valueChanged, this, &WoodQtWrapper::amplitudeChanged);
     connect(ui_->darkColor, &QSlider::valueChanged, this, &WoodQtWrapper::darkColorChanged);
     connect(ui_->lightColor, &QSlider::valueChanged, this, &WoodQtWrapper::lightColorChanged);
+    addValueBoxes(kHundredths, {ui_->frequency, ui_->amplitude, ui_->darkColor, ui_->lightColor});
+    describeControls();
 }
 
 void WoodQtWrapper::updateUI() {
     {
         // Show the record without writing rounded control values back into
         // it: a stored ring scale of 6.7 shows as 6 and stays 6.7.
-        const QSignalBlocker b0(ui_->ringScale), b1(ui_->octaves), b2(ui_->frequency), b3(ui_->amplitude),
-            b4(ui_->darkColor), b5(ui_->lightColor);
+        const QSignalBlocker b0(ui_->ringScale), b1(ui_->octaves);
         ui_->ringScale->setValue(texture_->ringScale());
         ui_->octaves->setValue(texture_->octaves());
-        ui_->frequency->setValue(toSlider(texture_->frequency()));
-        ui_->amplitude->setValue(toSlider(texture_->amplitude()));
-        ui_->darkColor->setValue(toSlider(texture_->darkColor()));
-        ui_->lightColor->setValue(toSlider(texture_->lightColor()));
+        loadSlider(ui_->frequency, texture_->frequency());
+        loadSlider(ui_->amplitude, texture_->amplitude());
+        loadSlider(ui_->darkColor, texture_->darkColor());
+        loadSlider(ui_->lightColor, texture_->lightColor());
     }
     const bool interactive = texture_->interactiveUpdate();
     commonUi_->newInteractiveUpdate->setChecked(interactive);
@@ -69,22 +66,22 @@ void WoodQtWrapper::octavesChanged(int value) {
 }
 
 void WoodQtWrapper::frequencyChanged(int value) {
-    texture_->setFrequency(fromSlider(value));
+    texture_->setFrequency(kHundredths.word(value));
     redraw();
 }
 
 void WoodQtWrapper::amplitudeChanged(int value) {
-    texture_->setAmplitude(fromSlider(value));
+    texture_->setAmplitude(kHundredths.word(value));
     redraw();
 }
 
 void WoodQtWrapper::darkColorChanged(int value) {
-    texture_->setDarkColor(fromSlider(value));
+    texture_->setDarkColor(kHundredths.word(value));
     redraw();
 }
 
 void WoodQtWrapper::lightColorChanged(int value) {
-    texture_->setLightColor(fromSlider(value));
+    texture_->setLightColor(kHundredths.word(value));
     redraw();
 }
 

@@ -2,7 +2,6 @@
 
 #include <QSignalBlocker>
 
-#include "core/FloatToInt.h"
 #include "ui_CommonWidget.h"
 
 namespace gritwell {
@@ -10,7 +9,7 @@ namespace gritwell {
 namespace {
 // Variability 0..1 on a 0..100 slider: at 1 a randomized tone reaches 0 or 1
 // without clamping, the widest spread that still keeps the two tones apart.
-constexpr float kSliderUnits = 100.0f;
+constexpr SliderScale kHundredths(100);
 }  // namespace
 
 ZigzagQtWrapper::ZigzagQtWrapper(ZigzagTexture3D* texture, ImageArea* imageArea, Ui_ZigzagWidget* ui, QWidget* page,
@@ -19,14 +18,16 @@ ZigzagQtWrapper::ZigzagQtWrapper(ZigzagTexture3D* texture, ImageArea* imageArea,
     connect(commonUi_->newInteractiveUpdate, &QPushButton::toggled, this, &ZigzagQtWrapper::interactiveUpdateToggled);
     connect(ui_->randomizeColors, &QPushButton::toggled, this, &ZigzagQtWrapper::randomizeColorsToggled);
     connect(ui_->variability, &QSlider::valueChanged, this, &ZigzagQtWrapper::variabilityChanged);
+    addValueBoxes(kHundredths, {ui_->variability});
+    describeControls();
 }
 
 void ZigzagQtWrapper::updateUI() {
     {
         // Show the record without writing rounded control values back into it.
-        const QSignalBlocker b0(ui_->randomizeColors), b1(ui_->variability);
+        const QSignalBlocker b0(ui_->randomizeColors);
         ui_->randomizeColors->setChecked(texture_->getRandomizeColors());
-        ui_->variability->setValue(truncToInt(static_cast<double>(texture_->getVariability() * kSliderUnits)));
+        loadSlider(ui_->variability, texture_->getVariability());
     }
     const bool interactive = texture_->interactiveUpdate();
     commonUi_->newInteractiveUpdate->setChecked(interactive);
@@ -47,7 +48,7 @@ void ZigzagQtWrapper::randomizeColorsToggled(bool on) {
 }
 
 void ZigzagQtWrapper::variabilityChanged(int value) {
-    texture_->setVariability(static_cast<float>(value) / kSliderUnits);
+    texture_->setVariability(kHundredths.word(value));
     redraw();
 }
 
