@@ -1,7 +1,9 @@
 // The dialog's frame: where it first opens, its theme, and the application
 // events it watches.
 
+#include <array>
 #include <climits>
+#include <cstdlib>
 #include <sstream>
 #include <utility>
 #include <vector>
@@ -10,7 +12,12 @@
 #include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QEvent>
+#include <QFile>
+#include <QImage>
+#include <QListWidget>
 #include <QObject>
+#include <QRegularExpression>
+#include <QTest>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -94,6 +101,43 @@ TEST(Theme, TheDialogAppliesTheSubstitutedSheets) {
         EXPECT_FALSE(buttons.contains(p.placeholder)) << p.placeholder;
     }
     EXPECT_TRUE(buttons.contains("rgb(135, 135, 135)"));
+    // Every picture a sheet names is built in.
+    const QRegularExpression url(R"(url\(([^)]*)\))");
+    for (const QString& sheet : {main, buttons})
+        for (auto match = url.globalMatch(sheet); match.hasNext();) {
+            const QString path = match.next().captured(1);
+            EXPECT_TRUE(QFile::exists(path)) << path.toStdString();
+        }
+}
+
+// In the dark theme the current row stands out and the chosen generator's
+// check box is filled; the other check boxes show their border.
+TEST(Theme, TheListShowsItsCurrentRowAndItsCheckBoxes) {
+    MainWindow window(nullptr);
+    std::array<char, 256> empty{};
+    window.setDescriptionAndTransforms(empty.data(), TransformData{});
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    auto* list = window.findChild<QListWidget*>("generatorList");
+    const QImage image = list->viewport()->grab().toImage();
+    const auto row = [&](const char* generator) { return list->visualItemRect(list->findItems(generator, Qt::MatchExactly).value(0)); };
+    // The grab may round a channel by one.
+    const auto near = [](const QColor& a, const QColor& b) {
+        return std::abs(a.red() - b.red()) <= 1 && std::abs(a.green() - b.green()) <= 1 && std::abs(a.blue() - b.blue()) <= 1;
+    };
+    // Pixels of `colour` in the check box's end of a row.
+    const auto countInCheckBox = [&](const QRect& r, const QColor& colour) {
+        int count = 0;
+        for (int y = r.top(); y <= r.bottom(); ++y)
+            for (int x = r.left(); x < r.left() + r.height(); ++x) count += near(image.pixelColor(x, y), colour);
+        return count;
+    };
+    const QRect current = row("Checkerboard"), other = row("Wood");
+    EXPECT_TRUE(near(image.pixelColor(current.right() - 4, current.center().y()), Theme::hiliteDefault));
+    EXPECT_TRUE(near(image.pixelColor(other.right() - 4, other.center().y()), Theme::mainBackgroundDefault));
+    EXPECT_GT(countInCheckBox(current, Theme::buttonPressedDefault), 0);
+    EXPECT_EQ(countInCheckBox(other, Theme::buttonPressedDefault), 0);
+    EXPECT_GT(countInCheckBox(other, Theme::mainForegroundDefault), 0);
 }
 
 // ---- Application events -----------------------------------------------------
