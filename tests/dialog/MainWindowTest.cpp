@@ -1,9 +1,13 @@
 // The dialog: its list of generators, loading the host's record, switching
-// generators, and what OK, Cancel and the close control hand back.
+// generators, what OK, Cancel and the close control hand back, Defaults, and
+// undo and redo.
 
 #include <algorithm>
+#include <array>
 #include <cstring>
+#include <vector>
 
+#include <QApplication>
 #include <QDialogButtonBox>
 #include <QDoubleSpinBox>
 #include <QListWidget>
@@ -16,6 +20,7 @@
 #include <gtest/gtest.h>
 
 #include "DialogTestSupport.h"
+#include "core/FloatToInt.h"
 #include "dialog/GeneratorRegistry.h"
 #include "dialog/MainWindow.h"
 #include "dialog/QtWrapperBase.h"
@@ -85,6 +90,22 @@ void click(MainWindow& w, const std::string& generator) {
     const QRect where = list->visualItemRect(w.entry(generator)->getItem());
     QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, where.center());
 }
+
+QPushButton* button(const MainWindow& w, const QString& text) {
+    for (QAbstractButton* b : w.findChild<QDialogButtonBox*>("buttonBox")->buttons())
+        if (b->text() == text) return static_cast<QPushButton*>(b);
+    ADD_FAILURE() << "no button " << text.toStdString();
+    return nullptr;
+}
+
+// Shown and active, so that its keyboard shortcuts work.
+void showActive(MainWindow& w) {
+    w.show();
+    w.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&w));
+}
+
+int sliderShowing(float value) { return truncToInt(static_cast<double>(value * 100.0f)); }
 
 }  // namespace
 
@@ -256,4 +277,116 @@ TEST(MainWindow, EachWayOfClosingHandsBackItsShare) {
         edited.yOffset = static_cast<float>(-10 / 100.0);
         expectSameTransforms(out, way.givesEditedTransforms ? edited : hostTransforms());
     }
+}
+
+// Two changes, then undo and redo with each of their keys: every step sends
+// the host the state it returns to exactly once and shows it; a key with
+// nothing to undo or redo sends nothing, and the host's record is as far
+// back as undo goes.
+TEST(MainWindow, UndoAndRedoSendTheRestoredStateOnceAndShowIt) {
+    dialogtest::RecordingHost host;
+    MainWindow w(nullptr);
+    const auto record = brickRecord();
+    w.setDescriptionAndTransforms(record.data(), hostTransforms());
+    showActive(w);
+    QSlider* colour = control<QSlider>(w, "Brick", "brickColor");
+    QSlider* transX = control<QSlider>(w, "Brick", "transX");
+    struct Shown {
+        int colour, transX;
+        std::array<char, 256> record;
+        TransformData transforms;
+    };
+    const auto shown = [&] {
+        Shown s{colour->value(), transX->value(), {}, panelTransforms(w, "Brick")};
+        w.getCurrentTexture()->getDescription(s.record.data());
+        return s;
+    };
+    std::vector<Shown> states{shown()};
+    EXPECT_FALSE(button(w, "Undo")->isEnabled());
+    hostUpdates().clear();
+    colour->setValue(12);
+    states.push_back(shown());
+    transX->setValue(-40);
+    states.push_back(shown());
+    ASSERT_EQ(hostUpdates().size(), 2u);
+
+    const struct {
+        Qt::KeyboardModifiers modifiers;
+        Qt::Key key;
+        std::size_t state;
+        bool moves;
+    } steps[] = {
+        {Qt::ControlModifier, Qt::Key_Z, 1, true},
+        {Qt::ControlModifier, Qt::Key_Z, 0, true},
+        {Qt::ControlModifier, Qt::Key_Z, 0, false},
+        {Qt::ControlModifier | Qt::ShiftModifier, Qt::Key_Z, 1, true},
+        {Qt::ControlModifier, Qt::Key_Y, 2, true},
+        {Qt::ControlModifier, Qt::Key_Y, 2, false},
+    };
+    for (const auto& step : steps) {
+        SCOPED_TRACE(QKeySequence(step.modifiers | step.key).toString().toStdString());
+        hostUpdates().clear();
+        QTest::keyClick(&w, step.key, step.modifiers);
+        const Shown& expected = states[step.state];
+        ASSERT_EQ(hostUpdates().size(), step.moves ? 1u : 0u);
+        if (step.moves) {
+            EXPECT_EQ(std::memcmp(hostUpdates()[0].record.data(), expected.record.data(), BrickTexture3D::kRecordSize), 0);
+            expectSameTransforms(TransformData::fromBytes(hostUpdates()[0].transforms.data()), expected.transforms);
+        }
+        const Shown now = shown();
+        EXPECT_EQ(now.colour, expected.colour);
+        EXPECT_EQ(now.transX, expected.transX);
+        EXPECT_EQ(std::memcmp(now.record.data(), expected.record.data(), BrickTexture3D::kRecordSize), 0);
+        expectSameTransforms(now.transforms, expected.transforms);
+        EXPECT_EQ(button(w, "Undo")->isEnabled(), step.state > 0);
+        EXPECT_EQ(button(w, "Redo")->isEnabled(), step.state < 2);
+    }
+}
+
+// A slider held down through several values, Defaults and a generator switch
+// are one step each. Defaults sends once and keeps interactive update and the
+// transforms; undo keys work from inside a spin box, which would otherwise
+// take them for its text.
+TEST(MainWindow, ADragDefaultsAndASwitchAreOneStepEach) {
+    dialogtest::RecordingHost host;
+    MainWindow w(nullptr);
+    const auto record = brickRecord();
+    w.setDescriptionAndTransforms(record.data(), hostTransforms());
+    showActive(w);
+    QSlider* colour = control<QSlider>(w, "Brick", "brickColor");
+    const int loaded = colour->value();
+    colour->setSliderDown(true);
+    for (int value : {20, 30, 40}) colour->setValue(value);
+    colour->setSliderDown(false);
+
+    hostUpdates().clear();
+    button(w, "Defaults")->click();
+    BrickTexture3D defaults;
+    defaults.setInteractiveUpdate(false);
+    char expected[256] = {};
+    defaults.getDescription(expected);
+    ASSERT_EQ(hostUpdates().size(), 1u);
+    EXPECT_EQ(std::memcmp(hostUpdates()[0].record.data(), expected, BrickTexture3D::kRecordSize), 0);
+    expectSameTransforms(TransformData::fromBytes(hostUpdates()[0].transforms.data()), hostTransforms());
+    EXPECT_EQ(colour->value(), sliderShowing(defaults.getBrickColor()));
+    EXPECT_FALSE(control<QPushButton>(w, "Brick", "newInteractiveUpdate")->isChecked());
+
+    click(w, "Wood");
+    const struct {
+        const char* generator;
+        int colour;
+    } undos[] = {{"Brick", sliderShowing(defaults.getBrickColor())}, {"Brick", 40}, {"Brick", loaded}};
+    for (const auto& undo : undos) {
+        control<QDoubleSpinBox>(w, w.currentGenerator(), "overallScale")->setFocus();
+        ASSERT_EQ(QApplication::focusWidget(), control<QDoubleSpinBox>(w, w.currentGenerator(), "overallScale"));
+        hostUpdates().clear();
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Z, Qt::ControlModifier);
+        ASSERT_EQ(hostUpdates().size(), 1u);
+        EXPECT_STREQ(hostUpdates()[0].record.data() + 1, undo.generator);
+        EXPECT_EQ(w.currentGenerator(), undo.generator);
+        EXPECT_EQ(checkedItems(w), std::vector<std::string>{undo.generator});
+        EXPECT_EQ(stackOf(w)->currentWidget(), w.entry(undo.generator)->getStackWidget());
+        EXPECT_EQ(colour->value(), undo.colour);
+    }
+    EXPECT_FALSE(button(w, "Undo")->isEnabled());
 }
