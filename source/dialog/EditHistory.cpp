@@ -41,20 +41,16 @@ void EditHistory::endGesture() {
     gestureStepOpen_ = false;
 }
 
-// A gesture still under way after a step back or forward opens a step of its own.
-const EditHistory::State& EditHistory::undo() {
-    gestureStepOpen_ = false;
-    redo_.push_back(current_);
-    current_ = undo_.back();
-    undo_.pop_back();
-    return current_;
-}
+const EditHistory::State& EditHistory::undo() { return step(undo_, redo_); }
 
-const EditHistory::State& EditHistory::redo() {
+const EditHistory::State& EditHistory::redo() { return step(redo_, undo_); }
+
+// A gesture still under way after a step back or forward opens a step of its own.
+const EditHistory::State& EditHistory::step(std::vector<State>& from, std::vector<State>& to) {
     gestureStepOpen_ = false;
-    undo_.push_back(current_);
-    current_ = redo_.back();
-    redo_.pop_back();
+    to.push_back(current_);
+    current_ = from.back();
+    from.pop_back();
     return current_;
 }
 

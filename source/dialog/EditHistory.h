@@ -43,6 +43,8 @@ public:
     const State& current() const { return current_; }
 
 private:
+    const State& step(std::vector<State>& from, std::vector<State>& to);
+
     State current_;
     std::vector<State> undo_;
     std::vector<State> redo_;

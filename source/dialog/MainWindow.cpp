@@ -75,6 +75,7 @@ MainWindow::MainWindow(QWidget* parent) : QDialog(parent), ui_(new Ui::MainWindo
     // order: a sorting list would move each entry as its name is set.
     ui_->generatorList->setSortingEnabled(false);
     GeneratorRegistry::createEntries(ui_, imageArea_, generators_);
+    ui_->pageScrollArea->setPages(ui_->stackedWidget);
 
     connect(ui_->generatorList, &QListWidget::currentRowChanged, this, &MainWindow::currentRowChangedCB);
     connect(ui_->generatorList, &QListWidget::itemClicked, this, &MainWindow::itemClickedCB);

@@ -98,8 +98,11 @@ QPushButton* button(const MainWindow& w, const QString& text) {
     return nullptr;
 }
 
-// Shown and active, so that its keyboard shortcuts work.
-void showActive(MainWindow& w) {
+// On brickRecord() and the host's transforms, shown and active so that its
+// keyboard shortcuts work.
+void openActiveOnBrick(MainWindow& w) {
+    const auto record = brickRecord();
+    w.setDescriptionAndTransforms(record.data(), hostTransforms());
     w.show();
     w.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&w));
@@ -286,9 +289,7 @@ TEST(MainWindow, EachWayOfClosingHandsBackItsShare) {
 TEST(MainWindow, UndoAndRedoSendTheRestoredStateOnceAndShowIt) {
     dialogtest::RecordingHost host;
     MainWindow w(nullptr);
-    const auto record = brickRecord();
-    w.setDescriptionAndTransforms(record.data(), hostTransforms());
-    showActive(w);
+    openActiveOnBrick(w);
     QSlider* colour = control<QSlider>(w, "Brick", "brickColor");
     QSlider* transX = control<QSlider>(w, "Brick", "transX");
     struct Shown {
@@ -350,9 +351,7 @@ TEST(MainWindow, UndoAndRedoSendTheRestoredStateOnceAndShowIt) {
 TEST(MainWindow, ADragDefaultsAndASwitchAreOneStepEach) {
     dialogtest::RecordingHost host;
     MainWindow w(nullptr);
-    const auto record = brickRecord();
-    w.setDescriptionAndTransforms(record.data(), hostTransforms());
-    showActive(w);
+    openActiveOnBrick(w);
     QSlider* colour = control<QSlider>(w, "Brick", "brickColor");
     const int loaded = colour->value();
     colour->setSliderDown(true);

@@ -65,11 +65,16 @@ TEST_P(SmallScreen, OkAndCancelStayOnScreenAndTheTallestPageScrolls) {
         auto* list = dialog->findChild<QListWidget*>("generatorList");
         auto* stack = dialog->findChild<QStackedWidget*>("stackedWidget");
         const auto pageOf = [stack](int row) { return stack->widget(row + 2); };
-        int tallest = 0;
-        for (int row = 1; row < list->count(); ++row)
+        const auto choose = [list](int row) {
+            list->scrollToItem(list->item(row));
+            QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(row)).center());
+        };
+        int tallest = 0, shortest = 0;
+        for (int row = 1; row < list->count(); ++row) {
             if (pageOf(row)->sizeHint().height() > pageOf(tallest)->sizeHint().height()) tallest = row;
-        list->scrollToItem(list->item(tallest));
-        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(tallest)).center());
+            if (pageOf(row)->sizeHint().height() < pageOf(shortest)->sizeHint().height()) shortest = row;
+        }
+        choose(tallest);
         QWidget* page = stack->currentWidget();
         EXPECT_EQ(page, pageOf(tallest));
 
@@ -87,6 +92,12 @@ TEST_P(SmallScreen, OkAndCancelStayOnScreenAndTheTallestPageScrolls) {
         auto* last = page->findChild<QPushButton*>("newInteractiveUpdate");
         pages->ensureWidgetVisible(last);
         EXPECT_TRUE(globalRect(pages->viewport()).contains(globalRect(last)));
+
+        // A page that fits does not scroll through the room a taller one needs.
+        const QSize dialogSize = dialog->size();
+        choose(shortest);
+        EXPECT_EQ(pages->verticalScrollBar()->maximum(), 0) << list->item(shortest)->text().toStdString();
+        EXPECT_EQ(dialog->size(), dialogSize);
         buttons->button(QDialogButtonBox::Cancel)->click();
     };
 
