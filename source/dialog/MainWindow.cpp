@@ -171,6 +171,9 @@ void MainWindow::buildEditButtons() {
     undoButton_ = box->addButton(tr("Undo"), QDialogButtonBox::ResetRole);
     redoButton_ = box->addButton(tr("Redo"), QDialogButtonBox::ResetRole);
     QPushButton* defaults = box->addButton(tr("Defaults"), QDialogButtonBox::ResetRole);
+    undoButton_->setObjectName("undoButton");
+    redoButton_->setObjectName("redoButton");
+    defaults->setObjectName("defaultsButton");
     undoButton_->setToolTip(
         tr("Undo the last change (%1)").arg(undoAction_->shortcut().toString(QKeySequence::NativeText)));
     redoButton_->setToolTip(tr("Redo the change just undone (%1)")

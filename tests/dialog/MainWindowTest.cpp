@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <functional>
 #include <vector>
 
-#include <QApplication>
 #include <QDialogButtonBox>
 #include <QDoubleSpinBox>
 #include <QListWidget>
@@ -20,7 +20,7 @@
 #include <gtest/gtest.h>
 
 #include "DialogTestSupport.h"
-#include "core/FloatToInt.h"
+#include "dialog/EditHistory.h"
 #include "dialog/GeneratorRegistry.h"
 #include "dialog/MainWindow.h"
 #include "dialog/QtWrapperBase.h"
@@ -90,25 +90,6 @@ void click(MainWindow& w, const std::string& generator) {
     const QRect where = list->visualItemRect(w.entry(generator)->getItem());
     QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, where.center());
 }
-
-QPushButton* button(const MainWindow& w, const QString& text) {
-    for (QAbstractButton* b : w.findChild<QDialogButtonBox*>("buttonBox")->buttons())
-        if (b->text() == text) return static_cast<QPushButton*>(b);
-    ADD_FAILURE() << "no button " << text.toStdString();
-    return nullptr;
-}
-
-// On brickRecord() and the host's transforms, shown and active so that its
-// keyboard shortcuts work.
-void openActiveOnBrick(MainWindow& w) {
-    const auto record = brickRecord();
-    w.setDescriptionAndTransforms(record.data(), hostTransforms());
-    w.show();
-    w.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&w));
-}
-
-int sliderShowing(float value) { return truncToInt(static_cast<double>(value * 100.0f)); }
 
 }  // namespace
 
@@ -282,110 +263,81 @@ TEST(MainWindow, EachWayOfClosingHandsBackItsShare) {
     }
 }
 
-// Two changes, then undo and redo with each of their keys: every step sends
-// the host the state it returns to exactly once and shows it; a key with
-// nothing to undo or redo sends nothing, and the host's record is as far
-// back as undo goes.
-TEST(MainWindow, UndoAndRedoSendTheRestoredStateOnceAndShowIt) {
+// Changes of every kind, then undo and redo with each of their keys, some
+// pressed in a spin box (whose text field would otherwise take them): each
+// step sends the host the state it returns to exactly once and shows it. A
+// slider held down through several values, Defaults (which keeps interactive
+// update and the transforms) and choosing another generator are one step
+// each; a key with nothing to undo or redo sends nothing, and the host's
+// record is as far back as undo goes.
+TEST(MainWindow, UndoAndRedoReturnToEachStepAndSendItOnce) {
     dialogtest::RecordingHost host;
     MainWindow w(nullptr);
-    openActiveOnBrick(w);
+    const auto record = brickRecord();
+    w.setDescriptionAndTransforms(record.data(), hostTransforms());
+    w.show();
+    w.activateWindow();  // for its keyboard shortcuts
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&w));
     QSlider* colour = control<QSlider>(w, "Brick", "brickColor");
     QSlider* transX = control<QSlider>(w, "Brick", "transX");
     struct Shown {
+        std::string generator;
         int colour, transX;
-        std::array<char, 256> record;
-        TransformData transforms;
+        EditHistory::State sent;  // what the host is sent
+        bool operator==(const Shown&) const = default;
     };
     const auto shown = [&] {
-        Shown s{colour->value(), transX->value(), {}, panelTransforms(w, "Brick")};
-        w.getCurrentTexture()->getDescription(s.record.data());
-        return s;
+        char record[256] = {}, transforms[44];
+        w.getCurrentTexture()->getDescription(record);
+        panelTransforms(w, w.currentGenerator()).toBytes(transforms);
+        return Shown{w.currentGenerator(), colour->value(), transX->value(), EditHistory::State::of(record, transforms)};
+    };
+    const std::function<void()> changes[] = {
+        [&] { colour->setValue(12); },
+        [&] { transX->setValue(-40); },
+        [&] { colour->setSliderDown(true); for (int v : {20, 30, 40}) colour->setValue(v); colour->setSliderDown(false); },
+        [&] { w.findChild<QPushButton*>("defaultsButton")->click(); },
+        [&] { click(w, "Wood"); },
     };
     std::vector<Shown> states{shown()};
-    EXPECT_FALSE(button(w, "Undo")->isEnabled());
-    hostUpdates().clear();
-    colour->setValue(12);
-    states.push_back(shown());
-    transX->setValue(-40);
-    states.push_back(shown());
-    ASSERT_EQ(hostUpdates().size(), 2u);
-
-    const struct {
-        Qt::KeyboardModifiers modifiers;
-        Qt::Key key;
-        std::size_t state;
-        bool moves;
-    } steps[] = {
-        {Qt::ControlModifier, Qt::Key_Z, 1, true},
-        {Qt::ControlModifier, Qt::Key_Z, 0, true},
-        {Qt::ControlModifier, Qt::Key_Z, 0, false},
-        {Qt::ControlModifier | Qt::ShiftModifier, Qt::Key_Z, 1, true},
-        {Qt::ControlModifier, Qt::Key_Y, 2, true},
-        {Qt::ControlModifier, Qt::Key_Y, 2, false},
-    };
-    for (const auto& step : steps) {
-        SCOPED_TRACE(QKeySequence(step.modifiers | step.key).toString().toStdString());
+    for (const auto& change : changes) {
         hostUpdates().clear();
-        QTest::keyClick(&w, step.key, step.modifiers);
-        const Shown& expected = states[step.state];
-        ASSERT_EQ(hostUpdates().size(), step.moves ? 1u : 0u);
-        if (step.moves) {
-            EXPECT_EQ(std::memcmp(hostUpdates()[0].record.data(), expected.record.data(), BrickTexture3D::kRecordSize), 0);
-            expectSameTransforms(TransformData::fromBytes(hostUpdates()[0].transforms.data()), expected.transforms);
-        }
-        const Shown now = shown();
-        EXPECT_EQ(now.colour, expected.colour);
-        EXPECT_EQ(now.transX, expected.transX);
-        EXPECT_EQ(std::memcmp(now.record.data(), expected.record.data(), BrickTexture3D::kRecordSize), 0);
-        expectSameTransforms(now.transforms, expected.transforms);
-        EXPECT_EQ(button(w, "Undo")->isEnabled(), step.state > 0);
-        EXPECT_EQ(button(w, "Redo")->isEnabled(), step.state < 2);
+        change();
+        EXPECT_TRUE(&change != &changes[3] || hostUpdates().size() == 1) << "Defaults sent " << hostUpdates().size();
+        states.push_back(shown());
     }
-}
-
-// A slider held down through several values, Defaults and a generator switch
-// are one step each. Defaults sends once and keeps interactive update and the
-// transforms; undo keys work from inside a spin box, which would otherwise
-// take them for its text.
-TEST(MainWindow, ADragDefaultsAndASwitchAreOneStepEach) {
-    dialogtest::RecordingHost host;
-    MainWindow w(nullptr);
-    openActiveOnBrick(w);
-    QSlider* colour = control<QSlider>(w, "Brick", "brickColor");
-    const int loaded = colour->value();
-    colour->setSliderDown(true);
-    for (int value : {20, 30, 40}) colour->setValue(value);
-    colour->setSliderDown(false);
-
-    hostUpdates().clear();
-    button(w, "Defaults")->click();
     BrickTexture3D defaults;
     defaults.setInteractiveUpdate(false);
-    char expected[256] = {};
-    defaults.getDescription(expected);
-    ASSERT_EQ(hostUpdates().size(), 1u);
-    EXPECT_EQ(std::memcmp(hostUpdates()[0].record.data(), expected, BrickTexture3D::kRecordSize), 0);
-    expectSameTransforms(TransformData::fromBytes(hostUpdates()[0].transforms.data()), hostTransforms());
-    EXPECT_EQ(colour->value(), sliderShowing(defaults.getBrickColor()));
-    EXPECT_FALSE(control<QPushButton>(w, "Brick", "newInteractiveUpdate")->isChecked());
+    std::array<char, 256> defaultRecord{};
+    defaults.getDescription(defaultRecord.data());
+    EXPECT_EQ(states[4].sent.record, defaultRecord);
+    EXPECT_EQ(states[4].sent.transforms, states[3].sent.transforms);
 
-    click(w, "Wood");
+    constexpr auto undo = Qt::CTRL | Qt::Key_Z, redo = Qt::CTRL | Qt::SHIFT | Qt::Key_Z, redoY = Qt::CTRL | Qt::Key_Y;
     const struct {
-        const char* generator;
-        int colour;
-    } undos[] = {{"Brick", sliderShowing(defaults.getBrickColor())}, {"Brick", 40}, {"Brick", loaded}};
-    for (const auto& undo : undos) {
-        control<QDoubleSpinBox>(w, w.currentGenerator(), "overallScale")->setFocus();
-        ASSERT_EQ(QApplication::focusWidget(), control<QDoubleSpinBox>(w, w.currentGenerator(), "overallScale"));
+        QKeyCombination keys;
+        bool inSpinBox;
+        std::size_t state;
+        bool moves;
+    } steps[] = {{undo, true, 4, true},  {undo, true, 3, true},   {undo, false, 2, true}, {undo, false, 1, true},
+                 {undo, false, 0, true}, {undo, false, 0, false}, {redo, true, 1, true},  {redoY, false, 2, true},
+                 {redo, false, 3, true}, {redoY, false, 4, true}, {redo, false, 5, true}, {redoY, false, 5, false}};
+    for (const auto& step : steps) {
+        SCOPED_TRACE(QKeySequence(step.keys).toString().toStdString() + " to " + std::to_string(step.state));
+        QWidget* target = &w;
+        if (step.inSpinBox) target = control<QDoubleSpinBox>(w, w.currentGenerator(), "overallScale");
+        target->setFocus();
+        ASSERT_TRUE(target->hasFocus());
         hostUpdates().clear();
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Z, Qt::ControlModifier);
-        ASSERT_EQ(hostUpdates().size(), 1u);
-        EXPECT_STREQ(hostUpdates()[0].record.data() + 1, undo.generator);
-        EXPECT_EQ(w.currentGenerator(), undo.generator);
-        EXPECT_EQ(checkedItems(w), std::vector<std::string>{undo.generator});
-        EXPECT_EQ(stackOf(w)->currentWidget(), w.entry(undo.generator)->getStackWidget());
-        EXPECT_EQ(colour->value(), undo.colour);
+        QTest::keyClick(target, step.keys.key(), step.keys.keyboardModifiers());
+        const Shown& expected = states[step.state];
+        ASSERT_EQ(hostUpdates().size(), step.moves ? 1u : 0u);
+        for (const auto& update : hostUpdates())
+            EXPECT_TRUE(EditHistory::State::of(update.record.data(), update.transforms.data()) == expected.sent);
+        EXPECT_TRUE(shown() == expected);
+        EXPECT_EQ(checkedItems(w), std::vector<std::string>{expected.generator});
+        EXPECT_EQ(stackOf(w)->currentWidget(), w.entry(expected.generator)->getStackWidget());
+        EXPECT_EQ(w.findChild<QPushButton*>("undoButton")->isEnabled(), step.state > 0);
+        EXPECT_EQ(w.findChild<QPushButton*>("redoButton")->isEnabled(), step.state < 5);
     }
-    EXPECT_FALSE(button(w, "Undo")->isEnabled());
 }
