@@ -3,7 +3,8 @@
 // stack of parameter pages; the check mark in the list marks the chosen
 // generator. It is loaded from the host's state record and transforms, and
 // afterwards gives back the chosen generator's record (only after OK) and
-// the transforms.
+// the transforms. Every state sent to the host is an undoable step; Defaults
+// resets the shown generator's parameters.
 
 #include <map>
 #include <string>
@@ -11,9 +12,13 @@
 #include <QDialog>
 
 #include "core/TransformData.h"
+#include "dialog/EditHistory.h"
 
+class QAction;
 class QCloseEvent;
+class QKeySequence;
 class QListWidgetItem;
+class QPushButton;
 
 namespace Ui {
 class MainWindow;
@@ -72,14 +77,38 @@ public slots:
     // Cancel: no description; the panel's transforms are still taken.
     void reject() override;
 
+    // The shown generator's parameters back to its defaults, keeping its
+    // interactive-update setting and the transforms; one host update.
+    void restoreDefaults();
+    // Step back or forward through the changes made since the dialog was
+    // loaded: parameters, transforms, Defaults and generator switches. The
+    // page shows the state it returns to and the host receives it once.
+    void undo();
+    void redo();
+
 protected:
     // The window's close control: no description, and the transforms stay
     // as they were loaded.
     void closeEvent(QCloseEvent* event) override;
+    // Lets undo and redo keys past the spin boxes, whose text fields would
+    // otherwise take them for their own text.
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void resetDescription();
+    void loadRecord(const char* record);
     void openOnCheckerboard();
+    // Checks `item` alone; null clears every check mark.
+    void markChosen(QListWidgetItem* item);
+    // Asks for no more height than the dialog's screen can show.
+    void fitToScreen();
+    void buildEditButtons();
+    // The shown generator's state as the host receives it.
+    EditHistory::State currentState() const;
+    void stateSent(const char* record, const char* transforms);
+    void restoreState(const EditHistory::State& state);
+    void startHistory();
+    void updateEditButtons();
 
     std::map<std::string, InfoBase*> generators_;
     std::string currentName_;
@@ -87,6 +116,14 @@ private:
     ImageArea* imageArea_ = nullptr;
     char description_[kDescriptionSize];
     TransformData transforms_;
+
+    EditHistory history_;
+    // While a state is restored, what the page sends is that state, not a step.
+    bool restoring_ = false;
+    QAction* undoAction_ = nullptr;
+    QAction* redoAction_ = nullptr;
+    QPushButton* undoButton_ = nullptr;
+    QPushButton* redoButton_ = nullptr;
 };
 
 }  // namespace gritwell

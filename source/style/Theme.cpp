@@ -95,6 +95,32 @@ QSlider::handle:horizontal:disabled {
     border-radius: 4px;
 }
 
+/* A page taller than the screen scrolls; the bar is dark like the rest. */
+QScrollBar:vertical {
+    background: BACKGROUND_COLOR;
+    width: 12px;
+    margin: 0px;
+}
+
+QScrollBar::handle:vertical {
+    background: FOREGROUND_COLOR;
+    border-radius: 4px;
+    min-height: 24px;
+    margin: 2px;
+}
+
+QScrollBar::handle:vertical:hover {
+    background: SLIDER_HANDLE_COLOR;
+}
+
+QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical {
+    height: 0px;
+}
+
+QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical {
+    background: none;
+}
+
 QPushButton {
     background-color: BACKGROUND_COLOR;
     border-style: outset;
@@ -174,6 +200,33 @@ QListView::item:hover {
     color: FOREGROUND_COLOR;
     background: BACKGROUND_COLOR;
 }
+
+/* The generator list: the current row stands out whether or not the list
+   has focus, and the check boxes show on the dark ground. These follow the
+   item rules above and match their weight, so they win. */
+QListWidget::item:selected, QListWidget::item:selected:active, QListWidget::item:selected:!active {
+    border: 1px solid HILITE_COLOR;
+    color: black;
+    background: HILITE_COLOR;
+}
+
+QListWidget::item:hover:!selected {
+    border: 1px solid HILITE_COLOR;
+}
+
+QListWidget::indicator {
+    width: 11px;
+    height: 11px;
+    border: 1px solid FOREGROUND_COLOR;
+    border-radius: 2px;
+    background: BACKGROUND_COLOR;
+}
+
+QListWidget::indicator:checked {
+    border-color: BUTTON_PRESSED_COLOR;
+    background: BUTTON_PRESSED_COLOR;
+    image: url(:/gritwell/images/check-mark.png);
+}
 )";
 
 // The sheet of the OK / Cancel box: darker buttons with a shaded face.
@@ -196,6 +249,11 @@ QPushButton {
 
 QPushButton::hover {
     border-color: HILITE_COLOR;
+}
+
+/* Undo and Redo with nothing to undo or redo. */
+QPushButton:disabled {
+    color: rgb(70, 70, 70);
 }
 )";
 

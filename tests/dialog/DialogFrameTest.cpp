@@ -1,7 +1,9 @@
 // The dialog's frame: where it first opens, its theme, and the application
 // events it watches.
 
+#include <array>
 #include <climits>
+#include <cstdlib>
 #include <sstream>
 #include <utility>
 #include <vector>
@@ -10,7 +12,10 @@
 #include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QEvent>
+#include <QImage>
+#include <QListWidget>
 #include <QObject>
+#include <QTest>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -82,7 +87,7 @@ TEST(Theme, EachPlaceholderBecomesItsColourCaseSensitively) {
     }
 }
 
-TEST(Theme, TheDialogAppliesTheSubstitutedSheets) {
+TEST(Theme, TheDialogAppliesTheSheetsAndTheListShowsItsRowsAndCheckBoxes) {
     MainWindow window(nullptr);
     const QString main = window.findChild<QWidget*>("centralWidget")->styleSheet();
     const QString buttons = window.findChild<QDialogButtonBox*>("buttonBox")->styleSheet();
@@ -94,6 +99,32 @@ TEST(Theme, TheDialogAppliesTheSubstitutedSheets) {
         EXPECT_FALSE(buttons.contains(p.placeholder)) << p.placeholder;
     }
     EXPECT_TRUE(buttons.contains("rgb(135, 135, 135)"));
+
+    // On the dark ground the current row stands out, and the chosen
+    // generator's check box is filled and checked (the check mark is a
+    // built-in picture); the other check boxes show their border.
+    window.setDescriptionAndTransforms(std::array<char, 256>{}.data(), TransformData{});
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    auto* list = window.findChild<QListWidget*>("generatorList");
+    const QImage image = list->viewport()->grab().toImage();
+    const auto row = [&](const char* generator) { return list->visualItemRect(list->findItems(generator, Qt::MatchExactly).value(0)); };
+    // The grab may round a channel by one.
+    const auto near = [](QColor a, QColor b) { return std::abs(a.red() - b.red()) + std::abs(a.green() - b.green()) + std::abs(a.blue() - b.blue()) <= 3; };
+    // Pixels of `colour` in the check box's end of a row.
+    const auto countInCheckBox = [&](const QRect& r, const QColor& colour) {
+        int count = 0;
+        for (int y = r.top(); y <= r.bottom(); ++y)
+            for (int x = r.left(); x < r.left() + r.height(); ++x) count += near(image.pixelColor(x, y), colour);
+        return count;
+    };
+    const QRect current = row("Checkerboard"), other = row("Wood");
+    EXPECT_TRUE(near(image.pixelColor(current.right() - 4, current.center().y()), Theme::hiliteDefault));
+    EXPECT_TRUE(near(image.pixelColor(other.right() - 4, other.center().y()), Theme::mainBackgroundDefault));
+    EXPECT_GT(countInCheckBox(current, Theme::buttonPressedDefault), 0);
+    EXPECT_GT(countInCheckBox(current, Qt::black), 0);
+    EXPECT_EQ(countInCheckBox(other, Theme::buttonPressedDefault), 0);
+    EXPECT_GT(countInCheckBox(other, Theme::mainForegroundDefault), 0);
 }
 
 // ---- Application events -----------------------------------------------------

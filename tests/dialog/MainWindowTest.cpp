@@ -1,8 +1,12 @@
 // The dialog: its list of generators, loading the host's record, switching
-// generators, and what OK, Cancel and the close control hand back.
+// generators, what OK, Cancel and the close control hand back, Defaults, and
+// undo and redo.
 
 #include <algorithm>
+#include <array>
 #include <cstring>
+#include <functional>
+#include <vector>
 
 #include <QDialogButtonBox>
 #include <QDoubleSpinBox>
@@ -16,6 +20,7 @@
 #include <gtest/gtest.h>
 
 #include "DialogTestSupport.h"
+#include "dialog/EditHistory.h"
 #include "dialog/GeneratorRegistry.h"
 #include "dialog/MainWindow.h"
 #include "dialog/QtWrapperBase.h"
@@ -255,5 +260,84 @@ TEST(MainWindow, EachWayOfClosingHandsBackItsShare) {
         TransformData edited = hostTransforms();
         edited.yOffset = static_cast<float>(-10 / 100.0);
         expectSameTransforms(out, way.givesEditedTransforms ? edited : hostTransforms());
+    }
+}
+
+// Changes of every kind, then undo and redo with each of their keys, some
+// pressed in a spin box (whose text field would otherwise take them): each
+// step sends the host the state it returns to exactly once and shows it. A
+// slider held down through several values, Defaults (which keeps interactive
+// update and the transforms) and choosing another generator are one step
+// each; a key with nothing to undo or redo sends nothing, and the host's
+// record is as far back as undo goes.
+TEST(MainWindow, UndoAndRedoReturnToEachStepAndSendItOnce) {
+    dialogtest::RecordingHost host;
+    MainWindow w(nullptr);
+    const auto record = brickRecord();
+    w.setDescriptionAndTransforms(record.data(), hostTransforms());
+    w.show();
+    w.activateWindow();  // for its keyboard shortcuts
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&w));
+    QSlider* colour = control<QSlider>(w, "Brick", "brickColor");
+    QSlider* transX = control<QSlider>(w, "Brick", "transX");
+    struct Shown {
+        std::string generator;
+        int colour, transX;
+        EditHistory::State sent;  // what the host is sent
+        bool operator==(const Shown&) const = default;
+    };
+    const auto shown = [&] {
+        char record[256] = {}, transforms[44];
+        w.getCurrentTexture()->getDescription(record);
+        panelTransforms(w, w.currentGenerator()).toBytes(transforms);
+        return Shown{w.currentGenerator(), colour->value(), transX->value(), EditHistory::State::of(record, transforms)};
+    };
+    const std::function<void()> changes[] = {
+        [&] { colour->setValue(12); },
+        [&] { transX->setValue(-40); },
+        [&] { colour->setSliderDown(true); for (int v : {20, 30, 40}) colour->setValue(v); colour->setSliderDown(false); },
+        [&] { w.findChild<QPushButton*>("defaultsButton")->click(); },
+        [&] { click(w, "Wood"); },
+    };
+    std::vector<Shown> states{shown()};
+    for (const auto& change : changes) {
+        hostUpdates().clear();
+        change();
+        EXPECT_TRUE(&change != &changes[3] || hostUpdates().size() == 1) << "Defaults sent " << hostUpdates().size();
+        states.push_back(shown());
+    }
+    BrickTexture3D defaults;
+    defaults.setInteractiveUpdate(false);
+    std::array<char, 256> defaultRecord{};
+    defaults.getDescription(defaultRecord.data());
+    EXPECT_EQ(states[4].sent.record, defaultRecord);
+    EXPECT_EQ(states[4].sent.transforms, states[3].sent.transforms);
+
+    constexpr auto undo = Qt::CTRL | Qt::Key_Z, redo = Qt::CTRL | Qt::SHIFT | Qt::Key_Z, redoY = Qt::CTRL | Qt::Key_Y;
+    const struct {
+        QKeyCombination keys;
+        bool inSpinBox;
+        std::size_t state;
+        bool moves;
+    } steps[] = {{undo, true, 4, true},  {undo, true, 3, true},   {undo, false, 2, true}, {undo, false, 1, true},
+                 {undo, false, 0, true}, {undo, false, 0, false}, {redo, true, 1, true},  {redoY, false, 2, true},
+                 {redo, false, 3, true}, {redoY, false, 4, true}, {redo, false, 5, true}, {redoY, false, 5, false}};
+    for (const auto& step : steps) {
+        SCOPED_TRACE(QKeySequence(step.keys).toString().toStdString() + " to " + std::to_string(step.state));
+        QWidget* target = &w;
+        if (step.inSpinBox) target = control<QDoubleSpinBox>(w, w.currentGenerator(), "overallScale");
+        target->setFocus();
+        ASSERT_TRUE(target->hasFocus());
+        hostUpdates().clear();
+        QTest::keyClick(target, step.keys.key(), step.keys.keyboardModifiers());
+        const Shown& expected = states[step.state];
+        ASSERT_EQ(hostUpdates().size(), step.moves ? 1u : 0u);
+        for (const auto& update : hostUpdates())
+            EXPECT_TRUE(EditHistory::State::of(update.record.data(), update.transforms.data()) == expected.sent);
+        EXPECT_TRUE(shown() == expected);
+        EXPECT_EQ(checkedItems(w), std::vector<std::string>{expected.generator});
+        EXPECT_EQ(stackOf(w)->currentWidget(), w.entry(expected.generator)->getStackWidget());
+        EXPECT_EQ(w.findChild<QPushButton*>("undoButton")->isEnabled(), step.state > 0);
+        EXPECT_EQ(w.findChild<QPushButton*>("redoButton")->isEnabled(), step.state < 5);
     }
 }
