@@ -58,14 +58,20 @@ int main(int argc, char** argv) {
     hostBlock[kHostCallbackWord] = reinterpret_cast<void*>(&ignoreUpdate);
 
     bool saved = false;
-    QTimer::singleShot(kSettleMilliseconds, [&] {
+    // A loaded machine may take longer than the settling time to build the
+    // dialog: look again until it is there, then give it the time to paint.
+    QTimer poll;
+    poll.setInterval(kSettleMilliseconds);
+    QObject::connect(&poll, &QTimer::timeout, [&] {
         QWidget* dialog = shownDialog();
         if (dialog == nullptr) return;
+        poll.stop();
         const QPixmap picture = dialog->screen()->grabWindow(dialog->winId());
         saved = !picture.isNull() && picture.save(output);
         if (auto* buttons = dialog->findChild<QDialogButtonBox*>())
             buttons->button(QDialogButtonBox::Cancel)->click();
     });
+    poll.start();
     plugin.interactWithUser(nullptr, 0.0, record, sizeof record, transforms, sizeof transforms, hostBlock);
 
     if (!saved) {
