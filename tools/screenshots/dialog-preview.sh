@@ -22,7 +22,7 @@ printf '\000\000\200\076\000\000\000\000\000\000\000\000' >>"$work/turned.tf"
 xvfb-run --auto-servernum --server-args="-screen 0 1600x1000x24" env -u QT_QPA_PLATFORM bash -c '
   "$1" dialog "$2/wood.rec" --transform "$2/turned.tf" >/dev/null 2>&1 &
   dialog=$!
-  sleep 5
+  sleep 15
   import -window root "$2/screen.png"
   kill "$dialog"' _ "$build/gritwell" "$work"
 convert "$work/screen.png" -trim +repage docs/images/preview.png
