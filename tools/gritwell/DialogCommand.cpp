@@ -254,15 +254,17 @@ void runDialog(const DialogOptions& options, const std::function<PluginLibrary&(
     application.removeEventFilter(&host);
     if (window) reportTimes(window->times());
 
-    // The plug-in hands the transforms back after Cancel too, and the host keeps them.
-    std::printf("transforms: %s\n", transformText(TransformData::fromBytes(transformBytes)).c_str());
+    // The plug-in hands the transforms back after Cancel too, and the host
+    // keeps them. What the dialog ended with is said on standard error:
+    // standard output is the update lines alone, for scripts to read.
+    std::fprintf(stderr, "transforms: %s\n", transformText(TransformData::fromBytes(transformBytes)).c_str());
     if (transformOutput) writeOutput(*transformOutput, options.transformOutput, transformBytes, sizeof transformBytes);
     const auto size = static_cast<unsigned char>(record[0]);
     if (!host.accepted() || size == 0) {
-        std::printf("no record: the dialog was cancelled\n");
+        std::fprintf(stderr, "no record: the dialog was cancelled\n");
         return;
     }
-    std::printf("record: %s, %d bytes\n", Texture3D::recordName(record).c_str(), size);
+    std::fprintf(stderr, "record: %s, %d bytes\n", Texture3D::recordName(record).c_str(), size);
     if (recordOutput) writeOutput(*recordOutput, options.output, record, size);
 }
 
