@@ -3,6 +3,7 @@
 
 #include <signal.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -226,6 +227,8 @@ TEST_F(CommandLine, BadInputGetsAClearMessageAndStatusTwo) {
         {"eval Checkerboard", "1 2\n", "line 1: expected three numbers"},
         {"eval NoSuchThing", "", "neither a generator name nor a record file"},
         {"render Checkerboard --size 0 -o x.png", "", "--size must be 1 to 8192"},
+        {"render Checkerboard -o x.jpg", "", "-o 'x.jpg': .jpg is not a format gritwell writes; pictures are written as: .png"},
+        {"gallery -o x", "", "-o 'x' has no extension to name its format; pictures are written as: .png"},
         {"--simd sse9 eval Voronoi", "1 2 3\n", "--simd must be scalar, avx2 or avx512, not 'sse9'"},
         {"frobnicate", "", "gritwell: "},
         {"", "", "gritwell: "},
@@ -234,7 +237,7 @@ TEST_F(CommandLine, BadInputGetsAClearMessageAndStatusTwo) {
         const Outcome r = run(c.args, c.input);
         EXPECT_EQ(r.status, 2) << c.args;
         EXPECT_NE(r.err.find(c.message), std::string::npos) << c.args << "\n" << r.err;
-        EXPECT_FALSE(fs::exists(path("x.rec")) || fs::exists(path("x.png"))) << c.args;
+        EXPECT_FALSE(fs::exists(path("x.rec")) || fs::exists(path("x.png")) || fs::exists(path("x.jpg"))) << c.args;
     }
 }
 
@@ -334,10 +337,11 @@ TEST_F(CommandLine, PaintErrorsLeaveNothingBehind) {
         {"paint bust.obj NoSuchGenerator -o out.ply", "'NoSuchGenerator' is neither a generator name nor a record file"},
         {"paint missing.obj Brick -o out.ply", "cannot read 'missing.obj': No such file or directory"},
         {"paint junk.obj Brick -o out.ply", "'junk.obj' has no vertices to paint"},
-        {"paint bust.stl Brick -o out.ply", "give an .obj or a .ply file"},
+        {"paint bust.xyz Brick -o out.ply", "the formats it reads are .obj, .ply, .stl, .off, .gltf, .glb"},
         {"paint bust.obj Brick -o missing/out.ply", "cannot write 'missing/out.ply': No such file or directory"},
         {"paint bust.obj Brick -o folder.ply", "cannot write 'folder.ply': Is a directory"},
         {"paint bust.obj Brick -o out.ply --preview missing/out.png", "cannot write 'missing/out.png'"},
+        {"paint bust.obj Brick -o out.obj", "painted meshes are written as: .ply"},
         {"paint bust.obj Brick -o out.ply --scale 1,0,1", "the transform's y scale must not be 0"},
         {"paint bust.obj Brick -o out.ply --offset 1,2", "--offset"},
         {"paint bust.obj Brick -o out.ply --transform short.xf", "'short.xf' is not a transform record: 9 bytes"},
@@ -613,4 +617,102 @@ TEST_F(CommandLine, DialogPreviewDrawsWhatRenderAndPaintDraw) {
     const std::vector<unsigned char> slice = gritwell::encodePng(pictures.slice), mesh = gritwell::encodePng(pictures.mesh);
     EXPECT_EQ(std::string(slice.begin(), slice.end()), readText(path("slice.png")));
     EXPECT_EQ(std::string(mesh.begin(), mesh.end()), readText(path("mesh.png")));
+}
+
+// ---- no command loses or corrupts a file ----------------------------------------
+
+TEST_F(CommandLine, OutputsThatAreOneFileOrAnInputAreRefused) {
+    fs::copy_file(kSampleMesh, path("m.obj"));
+    ASSERT_EQ(run("paint m.obj Brick -o m.ply").status, 0);
+    fs::create_symlink("m.ply", path("link.ply"));
+    ASSERT_EQ(run("record new Brick -o c.rec").status, 0);
+    struct Case {
+        std::string args, message;
+    };
+    const Case cases[] = {
+        {"paint m.ply Voronoi -o m.ply --preview m.ply", "-o 'm.ply' and --preview 'm.ply' are the same file"},
+        {"paint m.obj Voronoi -o m.ply --preview link.ply", "and --preview 'link.ply' are the same file"},
+        {"paint m.obj Voronoi -o - --preview -", "-o '-' and --preview '-' are the same file"},
+        {"paint m.ply Voronoi -o link.ply", "-o 'link.ply' is the same file as MESH 'm.ply', which is read"},
+        {"paint m.obj c.rec -o c.rec", "is the same file as TARGET 'c.rec'"},
+        {"record new --from c.rec -o ./c.rec", "is the same file as --from 'c.rec'"},
+    };
+    std::map<std::string, std::string> contents;
+    for (const std::string& name : files()) contents[name] = readText(path(name));
+    for (const Case& c : cases) {
+        const Outcome r = run(c.args);
+        EXPECT_EQ(r.status, 2) << c.args;
+        EXPECT_NE(r.err.find(c.message), std::string::npos) << c.args << "\n" << r.err;
+        EXPECT_EQ(r.out, "") << c.args;
+        std::map<std::string, std::string> now;
+        for (const std::string& name : files()) now[name] = readText(path(name));
+        EXPECT_EQ(now, contents) << c.args;
+    }
+}
+
+TEST_F(CommandLine, ReplacingAFileKeepsItsLinkAndModeAndRefusesAReadOnlyOne) {
+    ASSERT_EQ(run("record new Brick -o brick.rec").status, 0);
+    const std::string brick = readText(path("brick.rec"));
+    std::ofstream(path("old.rec")) << "an older preset";
+    fs::permissions(path("old.rec"), fs::perms(0640));
+    fs::create_symlink("old.rec", path("link.rec"));
+    fs::create_symlink("new.rec", path("dangling.rec"));
+    for (const std::string link : {"link.rec", "dangling.rec"}) {
+        const Outcome r = run("record new Brick -o " + link);
+        ASSERT_EQ(r.status, 0) << link << r.err;
+        EXPECT_TRUE(fs::is_symlink(path(link))) << link;
+        EXPECT_EQ(readText(path(link)), brick) << link;
+    }
+    EXPECT_EQ(fs::status(path("old.rec")).permissions(), fs::perms(0640));
+
+    // Read-only means no write permission bit, for root too.
+    std::ofstream(path("ro.rec")) << brick;
+    fs::permissions(path("ro.rec"), fs::perms(0444));
+    for (const std::string args : {"record set ro.rec brickWidth=2", "record new Brick -o ro.rec"}) {
+        const Outcome r = run(args);
+        EXPECT_EQ(r.status, 2) << args;
+        EXPECT_NE(r.err.find("cannot write 'ro.rec': it is read-only"), std::string::npos) << r.err;
+        EXPECT_EQ(readText(path("ro.rec")), brick);
+    }
+}
+
+TEST_F(CommandLine, StandardOutputPipesAndDevicesAreWrittenDirectly) {
+    ASSERT_EQ(run("record new Brick -o brick.rec").status, 0);
+    Outcome r = run("record new Brick -o -");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.out, readText(path("brick.rec")));
+    r = run("render Brick --size 8 -o -");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.out.substr(0, 4), "\x89PNG");
+    r = shell("('" GRITWELL_CLI_PATH "' record new Brick -o /dev/stdout | cat > piped.rec)");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(readText(path("piped.rec")), readText(path("brick.rec")));
+    // A null device of the test's own, so a fault cannot replace the system's.
+    if (::mknod(path("null").c_str(), S_IFCHR | 0666, ::makedev(1, 3)) != 0) GTEST_SKIP() << "cannot make a device";
+    r = run("record new Brick -o null");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_TRUE(fs::is_character_file(path("null")));
+}
+
+TEST_F(CommandLine, AFullDiskLeavesTheOldFileWhole) {
+    fs::copy_file(kSampleMesh, path("bust.obj"));
+    // A full device (like /dev/full) of the test's own, and a 64 KiB disk
+    // in a mount namespace of its own; the painted bust needs 200 KiB.
+    if (::mknod(path("full").c_str(), S_IFCHR | 0666, ::makedev(1, 7)) == 0) {
+        const Outcome r = run("record new Brick -o full");
+        EXPECT_EQ(r.status, 2);
+        EXPECT_NE(r.err.find("cannot write 'full': No space left on device"), std::string::npos) << r.err;
+        EXPECT_TRUE(fs::is_character_file(path("full")));
+    }
+    fs::create_directories(path("disk"));
+    const std::string unshare = ::geteuid() == 0 ? "unshare -m" : "unshare -rm";
+    const Outcome r = shell(unshare + " sh -c \"mount -t tmpfs -o size=64k tmpfs disk || exit 99; "
+                                      "echo 'the previous painting' > disk/out.ply; '" GRITWELL_CLI_PATH
+                                      "' paint bust.obj Brick -o disk/out.ply; echo \\$? > status.txt; "
+                                      "cat disk/out.ply > left.txt; ls disk > listing.txt\"");
+    if (r.status == 99 || !fs::exists(path("status.txt"))) GTEST_SKIP() << "cannot mount a small disk: " << r.err;
+    EXPECT_EQ(readText(path("status.txt")), "2\n");
+    EXPECT_NE(r.err.find("cannot write 'disk/out.ply': No space left on device"), std::string::npos) << r.err;
+    EXPECT_EQ(readText(path("left.txt")), "the previous painting\n");
+    EXPECT_EQ(readText(path("listing.txt")), "out.ply\n");
 }

@@ -3,10 +3,15 @@
 // meshes and renders slices through it, and reads and writes state records as
 // files and JSON.
 
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <optional>
 #include <iostream>
@@ -119,6 +124,25 @@ Colormap::Map colormapOf(const Options& options) {
     return *map;
 }
 
+// A record argument as a file the command reads; a generator name reads
+// no file.
+CommandFile recordInput(const std::string& name, const std::string& target) {
+    return {name, TextureFactory::find(target) != nullptr ? std::string() : target};
+}
+
+// The extension names the format: a file called x.jpg never gets PNG bytes.
+// Standard output and devices have no name to go by.
+void requireExtension(const CommandFile& output, const std::string& extension, const std::string& what) {
+    struct stat status {};
+    if (output.path == "-" || (::stat(output.path.c_str(), &status) == 0 && !S_ISREG(status.st_mode))) return;
+    std::string given = std::filesystem::path(output.path).extension().string();
+    std::transform(given.begin(), given.end(), given.begin(), [](unsigned char c) { return std::tolower(c); });
+    if (given == extension) return;
+    const std::string formats = "; " + what + " are written as: " + extension;
+    if (given.empty()) throw CliError(output.name + " '" + output.path + "' has no extension to name its format" + formats);
+    throw CliError(output.name + " '" + output.path + "': " + given + " is not a format gritwell writes" + formats);
+}
+
 PluginLibrary& loadPlugin(const Options& options) {
     static PluginLibrary plugin(options.pluginPath);
     if (!plugin.ok()) throw CliError(plugin.error(), CliError::kEnvironment);
@@ -153,6 +177,7 @@ void listGenerators() {
 // NAME's defaults, or the record of --from (whose generator NAME, when
 // given, must be); then the --set fields.
 void recordNew(const Options& options) {
+    checkCommandFiles({{"-o", options.output}}, {{"--from", options.from}});
     const GeneratorInfo* generator = nullptr;
     std::vector<unsigned char> record;
     if (!options.from.empty()) {
@@ -179,6 +204,7 @@ void recordNew(const Options& options) {
 
 // Sets fields of a record file in place: all of them or, on any error, none.
 void recordSet(const Options& options) {
+    checkCommandFiles({{"FILE", options.input}});
     LoadedRecord loaded = readRecordFile(options.input);
     if (!loaded.currentVersion)
         throw CliError("'" + options.input + "' is not a current " + std::string(loaded.generator->name) +
@@ -195,6 +221,7 @@ void recordShow(const Options& options) {
 }
 
 void recordFromJsonFile(const Options& options) {
+    checkCommandFiles({{"-o", options.output}}, {{"FILE", options.input}});
     std::ifstream in(options.input);
     if (!in) throw CliError("cannot read '" + options.input + "'");
     nlohmann::ordered_json json;
@@ -245,6 +272,9 @@ void evaluatePoints(const Options& options) {
 void renderPicture(const Options& options) {
     if (options.view.size < 1 || options.view.size > 8192) throw CliError("--size must be 1 to 8192");
     if (!(options.view.extent > 0.0f)) throw CliError("--extent must be positive");
+    checkCommandFiles({{"-o", options.output}},
+                      {recordInput("TARGET", options.target), {"--transform", options.transform.file}});
+    requireExtension({"-o", options.output}, ".png", "pictures");
     const Colormap::Map map = colormapOf(options);
     const LoadedRecord record = resolveForEvaluation(options.target);
     const TransformData transforms = transformRecord(options);
@@ -260,6 +290,13 @@ void renderPicture(const Options& options) {
 // reported before the work, and written only when everything succeeded.
 void paintMesh(const Options& options) {
     if (options.previewSize < 16 || options.previewSize > 4096) throw CliError("--preview-size must be 16 to 4096");
+    std::vector<CommandFile> outputs = {{"-o", options.output}};
+    if (!options.preview.empty()) outputs.push_back({"--preview", options.preview});
+    checkCommandFiles(outputs, {{"MESH", options.mesh},
+                                recordInput("TARGET", options.target),
+                                {"--transform", options.transform.file}});
+    requireExtension(outputs[0], ".ply", "painted meshes");
+    if (!options.preview.empty()) requireExtension(outputs[1], ".png", "pictures");
     const Colormap::Map map = colormapOf(options);
     const LoadedRecord record = resolveForEvaluation(options.target);
     const TransformData transforms = transformRecord(options);
@@ -287,8 +324,7 @@ void paintMesh(const Options& options) {
         if (std::fwrite(png.data(), 1, png.size(), preview->file()) != png.size())
             throw CliError("cannot write '" + options.preview + "': " + std::strerror(errno));
     }
-    ply.commit();
-    if (preview) preview->commit();
+    AtomicOutput::commitAll({&ply, preview ? &*preview : nullptr});
 }
 
 // --simd LEVEL: the instruction set of this process's core and of the
@@ -303,7 +339,11 @@ void requestSimdLevel(const std::string& name) {
                   << name << " runs " << simdLevelName(simdLevel()) << '\n';
 }
 
-void galleryPicture(const Options& options) { writePng(options.output, renderGallery(loadPlugin(options))); }
+void galleryPicture(const Options& options) {
+    checkCommandFiles({{"-o", options.output}});
+    requireExtension({"-o", options.output}, ".png", "pictures");
+    writePng(options.output, renderGallery(loadPlugin(options)));
+}
 
 }  // namespace
 
@@ -373,9 +413,9 @@ int main(int argc, char** argv) {
     render->callback([&] { renderPicture(options); });
 
     CLI::App* paint = app.add_subcommand(
-        "paint", "evaluate every vertex of an OBJ or PLY mesh and write it as PLY with the intensities and grey "
+        "paint", "evaluate every vertex of a mesh and write it as PLY with the intensities and grey "
                  "colours; progress on a terminal");
-    paint->add_option("MESH", options.mesh, "an .obj or .ply mesh")->required();
+    paint->add_option("MESH", options.mesh, "a mesh: .obj, .ply, .stl, .off, .gltf or .glb")->required();
     paint->add_option("TARGET", options.target, "generator name (its defaults) or record file")->required();
     paint->add_option("-o,--output", options.output, "the PLY to write (binary little-endian)")->required();
     paint->add_flag("--planar", options.planar, "evaluate in the x/y plane");
@@ -403,7 +443,7 @@ int main(int argc, char** argv) {
     dialog->add_option("--transform-out", dialogOptions.transformOutput,
                        "where to write the transform record afterwards (after Cancel too: the host keeps it)");
     CLI::Option* noPreview = dialog->add_flag("!--no-preview", dialogOptions.preview, "no preview window");
-    dialog->add_option("--mesh", dialogOptions.mesh, "the preview's .obj or .ply mesh (default: the sample bust)")
+    dialog->add_option("--mesh", dialogOptions.mesh, "the preview's mesh (default: the sample bust)")
         ->excludes(noPreview);
     dialog->add_option("--preview-size", dialogOptions.previewSize,
                        "the preview's pictures' pixels on a side (default 256)")
