@@ -159,6 +159,7 @@ TEST_F(CommandLine, ListsTheHostsGenerators) {
     EXPECT_NE(r.out.find("Checkerboard     3.0      48 bytes"), std::string::npos) << r.out;
     EXPECT_NE(r.out.find("Spheres"), std::string::npos);
     EXPECT_NE(r.out.find("Constant         2.0      40 bytes"), std::string::npos);
+    EXPECT_EQ(run("--version").out.substr(0, 9), "gritwell ");
 }
 
 TEST_F(CommandLine, RecordNewAndShowRoundTrip) {
@@ -218,7 +219,7 @@ TEST_F(CommandLine, BadInputGetsAClearMessageAndStatusTwo) {
         {"record new Checkerboard --set depth=two -o x.rec", "", "field 'depth' of Checkerboard is a 32-bit integer; 'two' is not"},
         {"record new Checkerboard --set randomizeColors=maybe -o x.rec", "", "is a bool"},
         {"record new Nothing -o x.rec", "", "unknown generator 'Nothing'"},
-        {"record show missing.rec", "", "cannot read 'missing.rec': No such file or directory"},
+        {"record show missing.rec", "", "'missing.rec' is neither a generator name nor a record file"},
         {"record show short.rec", "", "is not a state record: 9 bytes"},
         {"record show unterminated.rec", "", "name is not terminated"},
         {"record show cut.rec", "", "40 bytes, a Checkerboard record holds 48"},
@@ -230,8 +231,17 @@ TEST_F(CommandLine, BadInputGetsAClearMessageAndStatusTwo) {
         {"render Checkerboard -o x.jpg", "", "-o 'x.jpg': .jpg is not a format gritwell writes; pictures are written as: .png"},
         {"gallery -o x", "", "-o 'x' has no extension to name its format; pictures are written as: .png"},
         {"--simd sse9 eval Voronoi", "1 2 3\n", "--simd must be scalar, avx2 or avx512, not 'sse9'"},
-        {"frobnicate", "", "gritwell: "},
-        {"", "", "gritwell: "},
+        {"frobnicate", "", "unknown command 'frobnicate' (commands: list, record, "},
+        {"lsit", "", "unknown command 'lsit'; did you mean 'list'?"},
+        {"record shwo c.rec", "", "unknown record command 'shwo'; did you mean 'show'?"},
+        {"", "", "a command is required: list, record, "},
+        {"render Checkerboard --sise 3 -o x.png", "", "render: there is no option '--sise'; did you mean '--size'?"},
+        {"render Checkerboard", "", "render: -o/--output is required: the PNG to write\nRun 'gritwell render --help'"},
+        {"render Checkerboard --size many -o x.png", "", "render: --size takes a whole number, not 'many'"},
+        {"eval Checkerboard --offset 1,2", "", "eval: --offset takes 3 values, not 2"},
+        {"record show Chekerboard", "", "did you mean 'Checkerboard'?"},
+        {"record set Checkerboard depth=2", "", "'Checkerboard' is a generator name, and record set changes a record file"},
+        {"transform new --scale 1,0,1 -o x.rec", "", "the transform's y scale must not be 0"},
     };
     for (const Case& c : cases) {
         const Outcome r = run(c.args, c.input);
@@ -294,15 +304,11 @@ TEST_F(CommandLine, PaintGivesEachVertexWhatEvalGivesItsPoint) {
 
     // Moved, turned and scaled: paint and eval place the texture alike, from
     // options or from a transform record file (whose flags word is planar).
-    gritwell::TransformData t;
-    t.flags = 2 | 8;
-    t.xOffset = 0.25f;
-    t.yAngle = 0.1f;
-    t.zScale = 3.0f;
-    t.overallScale = 0.5f;
-    char bytes[44];
-    t.toBytes(bytes);
-    std::ofstream(path("t.xf"), std::ios::binary).write(bytes, 44);
+    r = run("transform new --planar --offset 0.25,0,0 --rotate 0,0.1,0 --scale 1,1,3 --overall 0.5 -o t.xf");
+    ASSERT_EQ(r.status, 0) << r.err;
+    r = run("transform show t.xf");
+    EXPECT_EQ(r.out.rfind("{\n  \"flags\": 6,\n  \"planar\": true,\n", 0), 0u) << r.out;
+    EXPECT_NE(r.out.find("\"overall\": 0.5\n}"), std::string::npos) << r.out;
     for (const std::string transform :
          {"--offset=-0.5,0.1,2 --rotate 0.125,0,0.3 --scale 1,2,0.5 --overall 1.5", "--transform t.xf"}) {
         r = run("paint '" + kSampleMesh + "' Wood -o moved.ply " + transform);
@@ -348,6 +354,7 @@ TEST_F(CommandLine, PaintErrorsLeaveNothingBehind) {
         {"paint bust.obj Brick -o out.ply --transform none.xf", "cannot read 'none.xf'"},
         {"paint bust.obj Brick -o out.ply --preview out.png --colormap rainbow", "unknown colour map 'rainbow'"},
         {"paint bust.obj Brick -o out.ply --preview out.png --preview-size 5", "--preview-size must be 16 to 4096"},
+        {"paint bust.obj Brick -o out.ply --preview out.png --view 0.5", "--view takes 2 values, not 1"},
         {"paint bust.obj 'Cell Noise' -o out.ply", "host sessions never open it"},
         {"--plugin /nonexistent.so paint bust.obj Brick -o out.ply", "cannot load the plug-in", 1},
     };
@@ -425,6 +432,9 @@ TEST_F(CommandLine, RecordSetEditsInPlaceAndNewStartsFromARecord) {
     EXPECT_NE(r.out.find("\"labels\": {\n    \"pattern\": \"Running Bond\"\n  }"), std::string::npos) << r.out;
     EXPECT_EQ(files(), (std::set<std::string>{"b.rec"}));
 
+    // A name stands for its defaults wherever a record file does.
+    ASSERT_EQ(run("record new --from Brick -o named.rec").status, 0);
+    EXPECT_EQ(run("record show Brick").out, run("record show named.rec").out);
     // A copy of it, NAME optional, then more fields.
     r = run("record new --from b.rec --set mortarThickness=0.02 -o c.rec");
     ASSERT_EQ(r.status, 0) << r.err;
@@ -606,6 +616,11 @@ TEST_F(CommandLine, DialogPreviewDrawsWhatRenderAndPaintDraw) {
     ASSERT_EQ(r.status, 0) << r.err;
     r = run("paint '" + kSampleMesh + "' b.rec --transform t.tf --preview mesh.png --preview-size 40 -o m.ply");
     ASSERT_EQ(r.status, 0) << r.err;
+    // The default camera, given: yaw, then pitch.
+    r = run("paint '" + kSampleMesh + "' b.rec --transform t.tf --preview same.png --preview-size 40 -o m.ply "
+            "--view 0.07,0.03");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(readText(path("same.png")), readText(path("mesh.png")));
 
     gritwell::PluginLibrary plugin(GRITWELL_PLUGIN_PATH);
     ASSERT_TRUE(plugin.ok()) << plugin.error();

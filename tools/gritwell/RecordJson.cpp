@@ -7,6 +7,7 @@
 
 #include "CliError.h"
 #include "EnumLabels.h"
+#include "Nearest.h"
 #include "core/Texture3D.h"
 #include "textures/TextureFactory.h"
 
@@ -18,21 +19,16 @@ using Json = nlohmann::ordered_json;
 
 constexpr std::string_view kInteractiveUpdate = "interactiveUpdate";
 
-// The shortest decimal that reads back as the same float, so 0.1f shows as
-// 0.1 and not as the double nearest to it. JSON has no NaN or infinity:
-// those travel as the strings "nan", "inf" and "-inf".
-Json floatToJson(float v) {
-    if (std::isnan(v)) return "nan";
-    if (std::isinf(v)) return v > 0 ? "inf" : "-inf";
-    char text[32];
-    const auto end = std::to_chars(text, text + sizeof text, v).ptr;
-    return std::strtod(std::string(text, end).c_str(), nullptr);
+std::vector<std::string_view> fieldNames(const GeneratorInfo& generator) {
+    std::vector<std::string_view> names = {kInteractiveUpdate};
+    for (const FieldInfo& f : generator.fields) names.push_back(f.name);
+    return names;
 }
 
-std::string fieldNames(const GeneratorInfo& generator) {
-    std::string names = std::string(kInteractiveUpdate);
-    for (const FieldInfo& f : generator.fields) names += ", " + std::string(f.name);
-    return names;
+std::string joined(const std::vector<std::string_view>& words) {
+    std::string text;
+    for (const std::string_view w : words) text += (text.empty() ? "" : ", ") + std::string(w);
+    return text;
 }
 
 [[noreturn]] void badValue(const GeneratorInfo& generator, std::string_view field,
@@ -83,8 +79,8 @@ void setField(std::vector<unsigned char>& record, const GeneratorInfo& generator
     }
     const FieldInfo* f = generator.field(field);
     if (f == nullptr)
-        throw CliError("'" + std::string(generator.name) + "' has no field '" + std::string(field) +
-                       "' (fields: " + fieldNames(generator) + ")");
+        throw CliError("'" + std::string(generator.name) + "' has no field '" + std::string(field) + "'" +
+                       didYouMean(field, fieldNames(generator)) + " (fields: " + joined(fieldNames(generator)) + ")");
     switch (f->type) {
         case FieldType::Int32: writeIntField(record.data(), *f, parseInt(generator, field, text)); break;
         case FieldType::Float: writeFloatField(record.data(), *f, parseFloat(generator, field, text)); break;
@@ -93,6 +89,15 @@ void setField(std::vector<unsigned char>& record, const GeneratorInfo& generator
 }
 
 }  // namespace
+
+Json floatToJson(float v) {
+    // Not to the double nearest the float: 0.1f shows as 0.1.
+    if (std::isnan(v)) return "nan";
+    if (std::isinf(v)) return v > 0 ? "inf" : "-inf";
+    char text[32];
+    const auto end = std::to_chars(text, text + sizeof text, v).ptr;
+    return std::strtod(std::string(text, end).c_str(), nullptr);
+}
 
 Json recordToJson(const LoadedRecord& record) {
     const auto& bytes = record.bytes;
@@ -134,7 +139,8 @@ std::vector<unsigned char> recordFromJson(const Json& json) {
         throw CliError("a record in JSON needs a \"generator\" name");
     const std::string name = json["generator"].get<std::string>();
     const GeneratorInfo* generator = TextureFactory::find(name);
-    if (generator == nullptr) throw CliError("unknown generator '" + name + "' (see 'gritwell list')");
+    if (generator == nullptr)
+        throw CliError("unknown generator '" + name + "'" + nearestGeneratorHint(name) + " (see 'gritwell list')");
     std::vector<unsigned char> record = defaultRecord(*generator);
 
     for (const auto& [key, value] : json.items()) {

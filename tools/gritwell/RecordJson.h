@@ -14,6 +14,10 @@ namespace gritwell {
 
 nlohmann::ordered_json recordToJson(const LoadedRecord& record);
 
+// The shortest decimal that reads back as the same float; NaN and the
+// infinities, which JSON lacks, as the strings "nan", "inf" and "-inf".
+nlohmann::ordered_json floatToJson(float v);
+
 // Builds a record from JSON: the generator's defaults, then every key given.
 // Unknown keys, wrong types and foreign versions are CliErrors.
 std::vector<unsigned char> recordFromJson(const nlohmann::ordered_json& json);

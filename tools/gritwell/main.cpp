@@ -25,6 +25,7 @@
 #include "AtomicOutput.h"
 #include "CliError.h"
 #include "Colormap.h"
+#include "CommandLineErrors.h"
 #include "DialogCommand.h"
 #include "Gallery.h"
 #include "HostTransform.h"
@@ -71,6 +72,7 @@ struct Options {
     std::string mesh;
     std::string preview;
     int previewSize = 512;
+    std::vector<double> previewView;  // none, or yaw and pitch in turns
 };
 
 constexpr const char* kTransformOrder =
@@ -104,9 +106,8 @@ TransformData transformRecord(const Options& options) {
     return t;
 }
 
-void addTransformOptions(CLI::App* command, Options& options) {
+void addPlacementOptions(CLI::App* command, Options& options) {
     TransformOptions& o = options.transform;
-    command->add_option("--transform", o.file, "a 44-byte transform record file, as the host stores it");
     command->add_option("--offset", o.offset, "X,Y,Z: move the texture (default 0,0,0)")
         ->delimiter(',')->expected(3);
     command->add_option("--rotate", o.rotate, "X,Y,Z: turn the texture about x, y, z, in turns (0.25 is 90 degrees)")
@@ -114,6 +115,12 @@ void addTransformOptions(CLI::App* command, Options& options) {
     command->add_option("--scale", o.scale, "X,Y,Z: scale factors along x, y, z (default 1,1,1)")
         ->delimiter(',')->expected(3);
     command->add_option("--overall", o.overall, "S: the overall scale (default 1)")->expected(1);
+}
+
+void addTransformOptions(CLI::App* command, Options& options) {
+    command->add_option("--transform", options.transform.file,
+                        "a 44-byte transform record file, as the host stores it ('gritwell transform new')");
+    addPlacementOptions(command, options);
 }
 
 Colormap::Map colormapOf(const Options& options) {
@@ -181,7 +188,7 @@ void recordNew(const Options& options) {
     const GeneratorInfo* generator = nullptr;
     std::vector<unsigned char> record;
     if (!options.from.empty()) {
-        const LoadedRecord loaded = readRecordFile(options.from);
+        const LoadedRecord loaded = resolveRecord(options.from);
         if (!options.target.empty() && options.target != loaded.generator->name)
             throw CliError("'" + options.from + "' is a " + std::string(loaded.generator->name) + " record, not " +
                            options.target);
@@ -195,7 +202,8 @@ void recordNew(const Options& options) {
         if (options.target.empty()) throw CliError("record new needs a generator NAME or --from FILE");
         generator = TextureFactory::find(options.target);
         if (generator == nullptr)
-            throw CliError("unknown generator '" + options.target + "' (see 'gritwell list')");
+            throw CliError("unknown generator '" + options.target + "'" + nearestGeneratorHint(options.target) +
+                           " (see 'gritwell list')");
         record = defaultRecord(*generator);
     }
     for (const std::string& assignment : options.assignments) setFieldFromText(record, *generator, assignment);
@@ -204,6 +212,10 @@ void recordNew(const Options& options) {
 
 // Sets fields of a record file in place: all of them or, on any error, none.
 void recordSet(const Options& options) {
+    if (TextureFactory::find(options.input) != nullptr)
+        throw CliError("'" + options.input + "' is a generator name, and record set changes a record file: make one "
+                       "with 'gritwell record new " + options.input + " -o FILE' (for a file of that name, give ./" +
+                       options.input + ")");
     checkCommandFiles({{"FILE", options.input}});
     LoadedRecord loaded = readRecordFile(options.input);
     if (!loaded.currentVersion)
@@ -217,7 +229,7 @@ void recordSet(const Options& options) {
 }
 
 void recordShow(const Options& options) {
-    std::cout << recordToJson(readRecordFile(options.input)).dump(2) << '\n';
+    std::cout << recordToJson(resolveRecord(options.input)).dump(2) << '\n';
 }
 
 void recordFromJsonFile(const Options& options) {
@@ -232,6 +244,29 @@ void recordFromJsonFile(const Options& options) {
     }
     const std::vector<unsigned char> record = recordFromJson(json);
     writeFileAtomically(options.output, record.data(), record.size());
+}
+
+// A transform record from --from (or the defaults) and the given fields.
+void transformNew(const Options& options) {
+    checkCommandFiles({{"-o", options.output}}, {{"--from", options.transform.file}});
+    const TransformData t = transformRecord(options);
+    [[maybe_unused]] const HostTransform checked(t);  // refuses zero scales and fields that are not finite
+    char bytes[sizeof(TransformData)];
+    t.toBytes(bytes);
+    writeFileAtomically(options.output, bytes, sizeof bytes);
+}
+
+// A transform record as JSON, its keys named as the options that set them.
+void transformShow(const Options& options) {
+    const TransformData t = HostTransform::readFile(options.input);
+    nlohmann::ordered_json json;
+    json["flags"] = t.flags;
+    json["planar"] = (t.flags & 12) != 0;
+    json["offset"] = {floatToJson(t.xOffset), floatToJson(t.yOffset), floatToJson(t.zOffset)};
+    json["rotate"] = {floatToJson(t.xAngle), floatToJson(t.yAngle), floatToJson(t.zAngle)};
+    json["scale"] = {floatToJson(t.xScale), floatToJson(t.yScale), floatToJson(t.zScale)};
+    json["overall"] = floatToJson(t.overallScale);
+    std::cout << json.dump(2) << '\n';
 }
 
 // Points "x y z", one per line, from standard input; blank lines and lines
@@ -319,6 +354,10 @@ void paintMesh(const Options& options) {
     if (preview) {
         MeshPreview::View view;
         view.size = options.previewSize;
+        if (!options.previewView.empty()) {
+            view.yawTurns = options.previewView[0];
+            view.pitchTurns = options.previewView[1];
+        }
         view.map = map;
         png = encodePng(MeshPreview::render(mesh, values, view));
         if (std::fwrite(png.data(), 1, png.size(), preview->file()) != png.size())
@@ -350,6 +389,7 @@ void galleryPicture(const Options& options) {
 int main(int argc, char** argv) {
     CLI::App app{"gritwell: procedural textures from the command line, through GritwellPlugin.so"};
     app.require_subcommand(1);
+    app.set_version_flag("--version", "gritwell " GRITWELL_VERSION);
     Options options;
     app.add_option("--plugin", options.pluginPath, "the plug-in to load (default: beside this program)");
     // Its callback runs before any command's, so the choice holds for the whole run.
@@ -367,8 +407,8 @@ int main(int argc, char** argv) {
     recordNewCmd->add_option("NAME", options.target,
                              "generator name, e.g. Checkerboard (may be left out with --from)");
     recordNewCmd->add_option("--from", options.from,
-                             "start from this record file instead of the defaults (an older version is converted "
-                             "as the plug-in converts it)");
+                             "start from this record file (or generator name) instead of the defaults (an older "
+                             "version is converted as the plug-in converts it)");
     recordNewCmd->add_option("--set", options.assignments, "FIELD=VALUE, repeatable");
     recordNewCmd->add_option("-o,--output", options.output, "the record file to write")->required();
     recordNewCmd->callback([&] { recordNew(options); });
@@ -381,7 +421,7 @@ int main(int argc, char** argv) {
 
     CLI::App* recordShowCmd = record->add_subcommand(
         "show", "print a record as JSON, with the dialog's labels of its enumeration fields");
-    recordShowCmd->add_option("FILE", options.input, "a record file")->required();
+    recordShowCmd->add_option("TARGET", options.input, "generator name (its defaults) or record file")->required();
     recordShowCmd->callback([&] { recordShow(options); });
 
     CLI::App* fromJson = record->add_subcommand("from-json", "write a record from its JSON form");
@@ -391,6 +431,20 @@ int main(int argc, char** argv) {
 
     record->add_subcommand("formats", "the record layouts of every generator, as a Markdown table")
         ->callback([] { std::cout << recordFormatsMarkdown(); });
+
+    CLI::App* transform = app.add_subcommand("transform", "write and show transform records (where the texture sits)");
+    transform->require_subcommand(1);
+    CLI::App* transformNewCmd = transform->add_subcommand(
+        "new", "a 44-byte transform record, as the host keeps it: the defaults (or --from FILE's) and the given fields");
+    transformNewCmd->add_option("--from", options.transform.file, "start from this transform record file");
+    transformNewCmd->add_flag("--planar", options.planar, "set the host's planar flag");
+    addPlacementOptions(transformNewCmd, options);
+    transformNewCmd->add_option("-o,--output", options.output, "the transform record file to write")->required();
+    transformNewCmd->footer(kTransformOrder);
+    transformNewCmd->callback([&] { transformNew(options); });
+    CLI::App* transformShowCmd = transform->add_subcommand("show", "print a transform record as JSON");
+    transformShowCmd->add_option("FILE", options.input, "a transform record file")->required();
+    transformShowCmd->callback([&] { transformShow(options); });
 
     CLI::App* eval = app.add_subcommand("eval", "values at points 'x y z' read one per line from standard input");
     eval->add_option("TARGET", options.target, "generator name (its defaults) or record file")->required();
@@ -423,6 +477,10 @@ int main(int argc, char** argv) {
     paint->add_option("--preview", options.preview, "also write a PNG picture of the painted mesh");
     paint->add_option("--preview-size", options.previewSize, "the picture's pixels on a side (default 512)");
     paint->add_option("--colormap", options.colormap, "the picture's colours: grey (default), heat or viridis");
+    paint->add_option("--view", options.previewView,
+                      "YAW,PITCH: the picture's camera, in turns: the model turned about its vertical axis (0 "
+                      "looks at it along -z, from its +z side), then tipped towards the viewer (default 0.07,0.03)")
+        ->delimiter(',')->expected(2);
     paint->footer(std::string(kTransformOrder) +
                   "\n\nCtrl-C leaves the output files as they were. Exit status 2 for bad input, 1 when the "
                   "plug-in cannot be loaded, 130 when interrupted.");
@@ -455,12 +513,16 @@ int main(int argc, char** argv) {
                    "display.");
     dialog->callback([&] { runDialog(dialogOptions, [&]() -> PluginLibrary& { return loadPlugin(options); }); });
 
+    if (const std::optional<std::string> unknown = unknownCommand(app, argc, argv)) {
+        std::cerr << "gritwell: " << *unknown << '\n';
+        return CliError::kBadInput;
+    }
     try {
         app.parse(argc, argv);
-    } catch (const CLI::CallForHelp& e) {
+    } catch (const CLI::Success& e) {
         return app.exit(e);
     } catch (const CLI::ParseError& e) {
-        std::cerr << "gritwell: " << e.what() << "\nRun 'gritwell --help' for the commands.\n";
+        std::cerr << "gritwell: " << describeParseError(app, e) << '\n';
         return CliError::kBadInput;
     } catch (const CliError& e) {
         std::cerr << "gritwell: " << e.what() << '\n';
