@@ -588,7 +588,7 @@ TEST_F(CommandLine, RenderColourMapsDepthsAndTransforms) {
     // Twice the scale over twice the extent samples the very same points; a
     // whole turn is no turn at all.
     ASSERT_EQ(run("render Wood --size 32 -o plain.png").status, 0);
-    ASSERT_EQ(run("render Wood --size 32 --extent 8 --overall 2 -o scaled.png").status, 0);
+    ASSERT_EQ(run("render Wood --size 32 --extent 8 --z 0.6 --overall 2 -o scaled.png").status, 0);
     ASSERT_EQ(run("render Wood --size 32 --rotate 1,-2,3 -o turned.png").status, 0);
     EXPECT_EQ(readText(path("scaled.png")), readText(path("plain.png")));
     EXPECT_EQ(readText(path("turned.png")), readText(path("plain.png")));

@@ -28,6 +28,7 @@
 #include "MeshPreview.h"
 #include "MeshReader.h"
 #include "RecordFile.h"
+#include "SliceRenderer.h"
 #include "core/Texture3D.h"
 #include "textures/TextureFactory.h"
 #include "dialog/DisplayCheck.h"
@@ -75,7 +76,7 @@ public:
             (*label)->setFixedSize(preview.size(), preview.size());
             layout->addWidget(*label);
         }
-        slice_->setToolTip(tr("The texture on the slice z = %1, from 0 to 4 across").arg(double(DialogPreview::kSliceZ), 0, 'g', 3));
+        slice_->setToolTip(tr("The texture on the slice z = %1, from 0 to 4 across").arg(double(SliceView().z), 0, 'g', 3));
         mesh_->setToolTip(tr("The texture painted on the mesh"));
         status_ = new QLabel(this);
         layout->addWidget(status_);

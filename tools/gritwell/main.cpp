@@ -456,7 +456,7 @@ int main(int argc, char** argv) {
     CLI::App* render = app.add_subcommand("render", "a PNG of the slice z = Z, grey or through a colour map");
     render->add_option("TARGET", options.target, "generator name (its defaults) or record file")->required();
     render->add_option("--size", options.view.size, "pixels on a side (default 256)");
-    render->add_option("--z", options.view.z, "the slice's z (default 0)");
+    render->add_option("--z", options.view.z, "the slice's z (default 0.3)");
     render->add_option("--extent", options.view.extent, "texture units across, from 0 (default 4)");
     render->add_flag("--planar", options.planar, "evaluate in the x/y plane");
     addTransformOptions(render, options);
