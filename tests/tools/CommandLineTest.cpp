@@ -22,6 +22,7 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include "DialogPreview.h"
 #include "MeshReader.h"
@@ -231,15 +232,19 @@ TEST_F(CommandLine, BadInputGetsAClearMessageAndStatusTwo) {
         {"render Checkerboard -o x.jpg", "", "-o 'x.jpg': .jpg is not a format gritwell writes; pictures are written as: .png"},
         {"gallery -o x", "", "-o 'x' has no extension to name its format; pictures are written as: .png"},
         {"--simd sse9 eval Voronoi", "1 2 3\n", "--simd must be scalar, avx2 or avx512, not 'sse9'"},
-        {"frobnicate", "", "unknown command 'frobnicate' (commands: list, record, "},
+        {"frobnicate", "", "unknown command 'frobnicate' (commands: list, info, record, "},
         {"lsit", "", "unknown command 'lsit'; did you mean 'list'?"},
         {"record shwo c.rec", "", "unknown record command 'shwo'; did you mean 'show'?"},
-        {"", "", "a command is required: list, record, "},
+        {"", "", "a command is required: list, info, record, "},
         {"render Checkerboard --sise 3 -o x.png", "", "render: there is no option '--sise'; did you mean '--size'?"},
         {"render Checkerboard", "", "render: -o/--output is required: the PNG to write\nRun 'gritwell render --help'"},
         {"render Checkerboard --size many -o x.png", "", "render: --size takes a whole number, not 'many'"},
         {"eval Checkerboard --offset 1,2", "", "eval: --offset takes 3 values, not 2"},
         {"record show Chekerboard", "", "did you mean 'Checkerboard'?"},
+        {"record new Brick --set pattern=Herringbon -o x.rec", "",
+         "'pattern' of Brick is a number or one of the dialog's labels (Running Bond, Herringbone); 'Herringbon' is "
+         "neither; did you mean 'Herringbone'?"},
+        {"info Brik", "", "unknown generator 'Brik'; did you mean 'Brick'?"},
         {"record set Checkerboard depth=2", "", "'Checkerboard' is a generator name, and record set changes a record file"},
         {"transform new --scale 1,0,1 -o x.rec", "", "the transform's y scale must not be 0"},
     };
@@ -444,6 +449,47 @@ TEST_F(CommandLine, RecordSetEditsInPlaceAndNewStartsFromARecord) {
     EXPECT_NE(r.out.find("\"brickWidth\": 0.5,"), std::string::npos) << r.out;
     EXPECT_NE(r.out.find("\"mortarThickness\": 0.02,"), std::string::npos) << r.out;
 
+}
+
+TEST_F(CommandLine, RecordSetTakesLabelsAndWarnsOfValuesTheDialogNeverGives) {
+    ASSERT_EQ(run("record new Brick -o b.rec").status, 0);
+    struct Case {
+        std::string assignment, warning, shown;
+    };
+    const Case cases[] = {
+        {"'pattern=running bond'", "", "\"pattern\": 0,"},
+        {"brickWidth=500", "brickWidth=500 is outside the dialog's range, 0.001 to 99.990", "\"brickWidth\": 500.0,"},
+        {"maxColor=-inf", "maxColor=-inf is not finite", "\"maxColor\": \"-inf\""},
+        {"pattern=7", "pattern=7 is none of the dialog's items (it shows no item)", "\"pattern\": 7,"},
+    };
+    for (const Case& c : cases) {
+        const Outcome r = run("record set b.rec " + c.assignment);
+        EXPECT_EQ(r.status, 0) << c.assignment;
+        EXPECT_EQ(r.err, c.warning.empty() ? ""
+                                           : "gritwell: warning: " + c.warning +
+                                                 "; stored as given, for records are never clamped\n");
+        EXPECT_NE(run("record show b.rec").out.find(c.shown), std::string::npos) << c.assignment;
+    }
+}
+
+TEST_F(CommandLine, InfoDescribesTheGeneratorsAndEveryField) {
+    Outcome r = run("info");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_NE(r.out.find("\nBrick            Mortar-jointed bricks in a running bond or a herringbone\n"), std::string::npos);
+    EXPECT_NE(r.out.find("\nPenrose Rhombus  A Penrose tiling"), std::string::npos) << r.out;
+    r = run("info Brick");
+    for (const std::string field :
+         {"pattern: int32 enumeration, default 1 (Herringbone); the dialog: 0 Running Bond, 1 Herringbone\n"
+          "  How the bricks are laid\n",
+          "brickWidth: float, default 0.8; the dialog: 0.001 to 99.990\n  Length of a brick along X, without mortar\n",
+          "randomizeColors: bool, default false; the dialog: on or off\n"})
+        EXPECT_NE(r.out.find(field), std::string::npos) << field << "\n" << r.out;
+    EXPECT_NE(run("info Plaid").out.find("color1: float, default 0.234318; not in the dialog\n"), std::string::npos);
+    r = run("info Voronoi --json");
+    const nlohmann::json voronoi = nlohmann::json::parse(r.out);
+    EXPECT_EQ(voronoi["fields"][0]["dialog"], nlohmann::json::parse(R"({"control": "number", "minimum": 0, "maximum": 1000})"));
+    EXPECT_EQ(voronoi["fields"][2]["dialog"]["values"][2], nlohmann::json::parse(R"({"value": 2, "label": "Taxicab"})"));
+    EXPECT_EQ(nlohmann::json::parse(run("info --json").out).size(), 34u);
 }
 
 TEST_F(CommandLine, OlderRecordsShowAndEvaluateWhatThePluginMakesOfThem) {

@@ -1,5 +1,7 @@
 #include "RecordJson.h"
 
+#include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
@@ -7,6 +9,7 @@
 
 #include "CliError.h"
 #include "EnumLabels.h"
+#include "FieldGuide.h"
 #include "Nearest.h"
 #include "core/Texture3D.h"
 #include "textures/TextureFactory.h"
@@ -171,12 +174,66 @@ std::vector<unsigned char> recordFromJson(const Json& json) {
     return record;
 }
 
-void setFieldFromText(std::vector<unsigned char>& record, const GeneratorInfo& generator,
-                      const std::string& assignment) {
+namespace {
+
+// An enumeration's value by its label, as the dialog's list shows it (any
+// case); the text itself when it is a number.
+std::string valueForLabel(const GeneratorInfo& generator, std::string_view field, const std::string& text) {
+    const EnumLabels::Field* labels = EnumLabels::find(generator.name, field);
+    if (labels == nullptr) return text;
+    auto same = [](std::string_view a, std::string_view b) {
+        return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
+                   return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
+               });
+    };
+    std::vector<std::string_view> names;
+    for (const EnumLabels::Item& item : labels->items) {
+        if (same(item.label, text)) return std::to_string(item.value);
+        names.push_back(item.label);
+    }
+    std::int32_t number = 0;
+    const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (ec == std::errc() && end == text.data() + text.size() && !text.empty()) return text;
+    throw CliError("field '" + std::string(field) + "' of " + std::string(generator.name) +
+                   " is a number or one of the dialog's labels (" + joined(names) + "); '" + text + "' is neither" +
+                   didYouMean(text, names));
+}
+
+// Why the value stored in `f` is one the dialog would never give; empty when
+// it would.
+std::string outsideTheDialog(const std::vector<unsigned char>& record, const GeneratorInfo& generator,
+                             const FieldInfo& f) {
+    const FieldGuide::Entry* guide = FieldGuide::find(generator.name, f.name);
+    if (f.type == FieldType::Float && !std::isfinite(readFloatField(record.data(), f))) return "is not finite";
+    if (guide == nullptr || f.type == FieldType::Bool) return {};
+    const double v = f.type == FieldType::Float ? readFloatField(record.data(), f) : readIntField(record.data(), f);
+    if (guide->control == FieldGuide::Control::Number && (v < guide->minimum || v > guide->maximum))
+        return "is outside the dialog's range, " + std::string(guide->minimumText) + " to " +
+               std::string(guide->maximumText);
+    const EnumLabels::Field* labels = EnumLabels::find(generator.name, f.name);
+    if (guide->control == FieldGuide::Control::List && labels != nullptr) {
+        for (const EnumLabels::Item& item : labels->items)
+            if (item.value == v) return {};
+        return "is none of the dialog's items" + (labels->otherValues.empty()
+                                                      ? std::string(" (it shows no item)")
+                                                      : " (it shows " + std::string(labels->otherValues) + ")");
+    }
+    return {};
+}
+
+}  // namespace
+
+std::string setFieldFromText(std::vector<unsigned char>& record, const GeneratorInfo& generator,
+                             const std::string& assignment) {
     const auto eq = assignment.find('=');
     if (eq == std::string::npos || eq == 0)
         throw CliError("'" + assignment + "' is not FIELD=VALUE");
-    setField(record, generator, std::string_view(assignment).substr(0, eq), assignment.substr(eq + 1));
+    const std::string field = assignment.substr(0, eq), text = assignment.substr(eq + 1);
+    setField(record, generator, field, valueForLabel(generator, field, text));
+    const FieldInfo* f = generator.field(field);
+    const std::string why = f == nullptr ? std::string() : outsideTheDialog(record, generator, *f);
+    if (why.empty()) return why;
+    return field + "=" + text + " " + why + "; stored as given, for records are never clamped";
 }
 
 }  // namespace gritwell

@@ -28,6 +28,7 @@
 #include "CommandLineErrors.h"
 #include "DialogCommand.h"
 #include "Gallery.h"
+#include "GeneratorGuide.h"
 #include "HostTransform.h"
 #include "MeshPainter.h"
 #include "MeshPreview.h"
@@ -181,6 +182,22 @@ void listGenerators() {
     if (!others.empty()) std::printf("\nIn the library, never opened by the host: %s\n", others.c_str());
 }
 
+void warn(const std::string& warning) {
+    if (!warning.empty()) std::cerr << "gritwell: warning: " << warning << '\n';
+}
+
+void describeGenerators(const std::string& name, bool json) {
+    if (name.empty()) {
+        std::cout << (json ? GeneratorGuide::listJson().dump(2) + "\n" : GeneratorGuide::listText());
+        return;
+    }
+    const GeneratorInfo* generator = TextureFactory::find(name);
+    if (generator == nullptr)
+        throw CliError("unknown generator '" + name + "'" + nearestGeneratorHint(name) + " (see 'gritwell info')");
+    std::cout << (json ? GeneratorGuide::generatorJson(*generator).dump(2) + "\n"
+                       : GeneratorGuide::generatorText(*generator));
+}
+
 // NAME's defaults, or the record of --from (whose generator NAME, when
 // given, must be); then the --set fields.
 void recordNew(const Options& options) {
@@ -206,7 +223,7 @@ void recordNew(const Options& options) {
                            " (see 'gritwell list')");
         record = defaultRecord(*generator);
     }
-    for (const std::string& assignment : options.assignments) setFieldFromText(record, *generator, assignment);
+    for (const std::string& assignment : options.assignments) warn(setFieldFromText(record, *generator, assignment));
     writeFileAtomically(options.output, record.data(), record.size());
 }
 
@@ -224,7 +241,7 @@ void recordSet(const Options& options) {
                        options.input + " -o NEW'");
     if (options.assignments.empty()) throw CliError("record set needs at least one FIELD=VALUE");
     for (const std::string& assignment : options.assignments)
-        setFieldFromText(loaded.bytes, *loaded.generator, assignment);
+        warn(setFieldFromText(loaded.bytes, *loaded.generator, assignment));
     writeFileAtomically(options.input, loaded.bytes.data(), loaded.bytes.size());
 }
 
@@ -399,6 +416,14 @@ int main(int argc, char** argv) {
 
     app.add_subcommand("list", "the generators the host can open, with version and record size")
         ->callback(listGenerators);
+
+    bool json = false;
+    CLI::App* info = app.add_subcommand(
+        "info", "the generators, each in a line; or every field of one: type, default, the range the dialog "
+                "allows, its meaning and an enumeration's values");
+    info->add_option("NAME", options.target, "a generator's name");
+    info->add_flag("--json", json, "as JSON, for scripts");
+    info->callback([&] { describeGenerators(options.target, json); });
 
     CLI::App* record = app.add_subcommand("record", "write, show and convert state records");
     record->require_subcommand(1);
