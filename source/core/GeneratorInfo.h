@@ -23,6 +23,7 @@ struct FieldInfo {
 
 struct GeneratorInfo {
     std::string_view name;
+    std::string_view summary;  // what it draws, in one line
     int majorVersion;
     int minorVersion;
     int recordSize;

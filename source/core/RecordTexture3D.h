@@ -6,11 +6,12 @@
 // A generator `G` derives from RecordTexture3D<G> and provides:
 //   struct Record { BaseData header = makeHeader(...); <fields>... };
 //   Record record_;                       (its only data member)
-//   static constexpr std::string_view kName; kMajorVersion, kMinorVersion, kRecordSize;
+//   static constexpr std::string_view kName, kSummary; kMajorVersion, kMinorVersion, kRecordSize;
 //   static constexpr FieldInfo kFields[];
 //   static float evaluate(const Record&, int flags, float x, float y, float z);
-// and, where it reads older layouts, their major versions and the converter,
-// which is called only for records of those versions,
+// (kSummary says what it draws, in one line, for `gritwell info` and the
+// dialog's list) and, where it reads older layouts, their major versions and
+// the converter, which is called only for records of those versions,
 //   static constexpr int kOlderMajorVersions[] = {...};
 //   static void convertOlderRecord(Record&, const char* in);
 // and, where its text stream operators are to stay empty,
@@ -106,9 +107,10 @@ public:
     const auto& record() const { return static_cast<const Derived&>(*this).record_; }
 
     static const GeneratorInfo& info() {
-        static const GeneratorInfo kInfo{Derived::kName,       Derived::kMajorVersion, Derived::kMinorVersion,
-                                         Derived::kRecordSize, Derived::kFields,       olderMajorVersions(),
-                                         &create,              &writeText,             &readText};
+        static const GeneratorInfo kInfo{Derived::kName,        Derived::kSummary,       Derived::kMajorVersion,
+                                         Derived::kMinorVersion, Derived::kRecordSize,    Derived::kFields,
+                                         olderMajorVersions(),   &create,                 &writeText,
+                                         &readText};
         return kInfo;
     }
 

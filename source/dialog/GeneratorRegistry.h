@@ -49,6 +49,7 @@ public:
         item_ = new QListWidgetItem(mainUi->generatorList, QListWidgetItem::Type);
         // The name is the record's name and the registry's key, never translated.
         item_->setText(QString::fromStdString(T::name()));
+        item_->setToolTip(QString::fromUtf8(T::kSummary.data(), static_cast<qsizetype>(T::kSummary.size())));
         item_->setTextAlignment(Qt::AlignLeft);
         item_->setFlags(Qt::ItemIsSelectable | Qt::ItemIsUserCheckable | Qt::ItemIsEnabled);
         item_->setCheckState(Qt::Unchecked);

@@ -17,6 +17,7 @@ namespace gritwell {
 class BrickTexture3D final : public RecordTexture3D<BrickTexture3D> {
 public:
     static constexpr std::string_view kName = "Brick";
+    static constexpr std::string_view kSummary = "Mortar-jointed bricks in a running bond or a herringbone";
     static constexpr int kMajorVersion = 4;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 92;

@@ -14,6 +14,7 @@ namespace gritwell {
 class CamouflageTexture3D final : public RecordTexture3D<CamouflageTexture3D> {
 public:
     static constexpr std::string_view kName = "Camouflage";
+    static constexpr std::string_view kSummary = "Two layers of noise-edged blotches over a base intensity";
     static constexpr int kMajorVersion = 1;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 56;

@@ -14,6 +14,7 @@ namespace gritwell {
 class CellTexture3D final : public RecordTexture3D<CellTexture3D> {
 public:
     static constexpr std::string_view kName = "Cell Noise";
+    static constexpr std::string_view kSummary = "Cellular noise in double precision: the distance to the nearest random feature";
     static constexpr int kMajorVersion = 2;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 48;

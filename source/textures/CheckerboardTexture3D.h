@@ -14,6 +14,7 @@ namespace gritwell {
 class CheckerboardTexture3D final : public RecordTexture3D<CheckerboardTexture3D> {
 public:
     static constexpr std::string_view kName = "Checkerboard";
+    static constexpr std::string_view kSummary = "Unit cubes alternately dark and light, optionally subdivided into finer ones";
     static constexpr int kMajorVersion = 3;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 48;

@@ -15,6 +15,7 @@ namespace gritwell {
 class CheetahTexture3D final : public RecordTexture3D<CheetahTexture3D> {
 public:
     static constexpr std::string_view kName = "Cheetah";
+    static constexpr std::string_view kSummary = "Dark spots with wobbling edges on a light ground";
     static constexpr int kMajorVersion = 1;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 48;

@@ -11,6 +11,7 @@ namespace gritwell {
 class ConstantTexture3D final : public RecordTexture3D<ConstantTexture3D> {
 public:
     static constexpr std::string_view kName = "Constant";
+    static constexpr std::string_view kSummary = "The same intensity everywhere";
     static constexpr int kMajorVersion = 2;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 40;

@@ -14,6 +14,7 @@ namespace gritwell {
 class CorrugatedTexture3D final : public RecordTexture3D<CorrugatedTexture3D> {
 public:
     static constexpr std::string_view kName = "Corrugated";
+    static constexpr std::string_view kSummary = "A wave profile along x: sine, sawtooth, triangle, semicircle or noise";
     static constexpr int kMajorVersion = 1;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 40;

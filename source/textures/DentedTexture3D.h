@@ -14,6 +14,7 @@ namespace gritwell {
 class DentedTexture3D final : public RecordTexture3D<DentedTexture3D> {
 public:
     static constexpr std::string_view kName = "Dents";
+    static constexpr std::string_view kSummary = "Dark pits along the zero crossings of noise on a brighter, bumpy ground";
     static constexpr int kMajorVersion = 2;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 44;

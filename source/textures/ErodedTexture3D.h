@@ -14,6 +14,7 @@ namespace gritwell {
 class ErodedTexture3D final : public RecordTexture3D<ErodedTexture3D> {
 public:
     static constexpr std::string_view kName = "Erosion";
+    static constexpr std::string_view kSummary = "A white ground cut by thin dark channels of noise";
     static constexpr int kMajorVersion = 2;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 44;

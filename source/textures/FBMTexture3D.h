@@ -13,6 +13,7 @@ namespace gritwell {
 class FBMTexture3D final : public RecordTexture3D<FBMTexture3D> {
 public:
     static constexpr std::string_view kName = "FBM";
+    static constexpr std::string_view kSummary = "Fractal Brownian motion: octaves of gradient noise";
     static constexpr int kMajorVersion = 2;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 52;

@@ -13,6 +13,7 @@ namespace gritwell {
 class GradientTexture3D final : public RecordTexture3D<GradientTexture3D> {
 public:
     static constexpr std::string_view kName = "Gradient";
+    static constexpr std::string_view kSummary = "A ramp from black to white along the chosen axes, repeating every 2 units";
     static constexpr int kMajorVersion = 2;
     static constexpr int kMinorVersion = 0;
     // Three one-byte flags straight after the header: stored records are 39

@@ -14,6 +14,7 @@ namespace gritwell {
 class GraniteTexture3D final : public RecordTexture3D<GraniteTexture3D> {
 public:
     static constexpr std::string_view kName = "Granite";
+    static constexpr std::string_view kSummary = "Hard-edged speckles, one layer per octave";
     static constexpr int kMajorVersion = 2;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 44;

@@ -14,6 +14,7 @@ namespace gritwell {
 class GridTexture3D final : public RecordTexture3D<GridTexture3D> {
 public:
     static constexpr std::string_view kName = "Grid";
+    static constexpr std::string_view kSummary = "Black lines on every integer plane between white or toned cells";
     static constexpr int kMajorVersion = 3;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 52;

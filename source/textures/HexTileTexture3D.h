@@ -14,6 +14,7 @@ namespace gritwell {
 class HexTileTexture3D final : public RecordTexture3D<HexTileTexture3D> {
 public:
     static constexpr std::string_view kName = "HexTile";
+    static constexpr std::string_view kSummary = "A honeycomb of hexagonal tiles set in mortar";
     static constexpr int kMajorVersion = 1;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 64;

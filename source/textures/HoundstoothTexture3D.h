@@ -16,6 +16,7 @@ namespace gritwell {
 class HoundstoothTexture3D final : public RecordTexture3D<HoundstoothTexture3D> {
 public:
     static constexpr std::string_view kName = "Houndstooth";
+    static constexpr std::string_view kSummary = "The broken-check cloth of a 2/2 twill";
     static constexpr int kMajorVersion = 1;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 48;

@@ -14,6 +14,7 @@ namespace gritwell {
 class NestedShapesTexture3D final : public RecordTexture3D<NestedShapesTexture3D> {
 public:
     static constexpr std::string_view kName = "Nested Shapes";
+    static constexpr std::string_view kSummary = "Dark shells one unit apart around the origin: cylinders, spheres, tubes or cubes";
     static constexpr int kMajorVersion = 2;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 44;

@@ -16,6 +16,7 @@ namespace gritwell {
 class PenroseRhombusTexture3D final : public RecordTexture3D<PenroseRhombusTexture3D> {
 public:
     static constexpr std::string_view kName = "Penrose Rhombus";
+    static constexpr std::string_view kSummary = "A Penrose tiling of fat and skinny rhombi, each tile outlined";
     static constexpr int kMajorVersion = 2;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 76;

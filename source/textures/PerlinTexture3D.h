@@ -13,6 +13,7 @@ namespace gritwell {
 class PerlinTexture3D final : public RecordTexture3D<PerlinTexture3D> {
 public:
     static constexpr std::string_view kName = "Perlin Noise";
+    static constexpr std::string_view kSummary = "Octaves of lattice gradient noise";
     static constexpr int kMajorVersion = 2;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 48;

@@ -17,6 +17,7 @@ namespace gritwell {
 class PlaidTexture3D final : public RecordTexture3D<PlaidTexture3D> {
 public:
     static constexpr std::string_view kName = "Plaid";
+    static constexpr std::string_view kSummary = "A tartan of soft noise stripes and hard random bands";
     static constexpr int kMajorVersion = 1;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 80;

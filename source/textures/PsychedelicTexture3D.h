@@ -13,6 +13,7 @@ namespace gritwell {
 class PsychedelicTexture3D final : public RecordTexture3D<PsychedelicTexture3D> {
 public:
     static constexpr std::string_view kName = "Psychedelic";
+    static constexpr std::string_view kSummary = "Swirling patches: random cells of a noise-warped plane";
     static constexpr int kMajorVersion = 1;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 48;

@@ -17,6 +17,7 @@ namespace gritwell {
 class ScalesTexture3D final : public RecordTexture3D<ScalesTexture3D> {
 public:
     static constexpr std::string_view kName = "Scales";
+    static constexpr std::string_view kSummary = "Overlapping fish or reptile scales";
     static constexpr int kMajorVersion = 1;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 124;

@@ -14,6 +14,7 @@ namespace gritwell {
 class SimpleMarbleTexture3D final : public RecordTexture3D<SimpleMarbleTexture3D> {
 public:
     static constexpr std::string_view kName = "Simple Marble";
+    static constexpr std::string_view kSummary = "Bluish-grey marble veins from octaves of gradient noise";
     static constexpr int kMajorVersion = 2;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 44;

@@ -12,6 +12,7 @@ namespace gritwell {
 class SimplexTexture3D final : public RecordTexture3D<SimplexTexture3D> {
 public:
     static constexpr std::string_view kName = "Simplex";
+    static constexpr std::string_view kSummary = "Simplex noise";
     static constexpr int kMajorVersion = 1;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 40;

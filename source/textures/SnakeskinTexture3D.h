@@ -16,6 +16,7 @@ namespace gritwell {
 class SnakeskinTexture3D final : public RecordTexture3D<SnakeskinTexture3D> {
 public:
     static constexpr std::string_view kName = "Snakeskin";
+    static constexpr std::string_view kSummary = "Slanted diamond scales between black grooves";
     static constexpr int kMajorVersion = 1;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 96;

@@ -14,6 +14,7 @@ namespace gritwell {
 class SpeckledStoneTexture3D final : public RecordTexture3D<SpeckledStoneTexture3D> {
 public:
     static constexpr std::string_view kName = "Speckled Stone";
+    static constexpr std::string_view kSummary = "Fine noise posterised into specks of grain on a base";
     static constexpr int kMajorVersion = 2;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 56;

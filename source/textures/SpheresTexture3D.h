@@ -14,6 +14,7 @@ namespace gritwell {
 class SpheresTexture3D final : public RecordTexture3D<SpheresTexture3D> {
 public:
     static constexpr std::string_view kName = "Spheres";
+    static constexpr std::string_view kSummary = "A dark ball or shell in every unit cube on a white ground";
     static constexpr int kMajorVersion = 2;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 48;

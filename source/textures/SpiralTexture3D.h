@@ -13,6 +13,7 @@ namespace gritwell {
 class SpiralTexture3D final : public RecordTexture3D<SpiralTexture3D> {
 public:
     static constexpr std::string_view kName = "Spiral";
+    static constexpr std::string_view kSummary = "Dark lines winding around the y axis";
     static constexpr int kMajorVersion = 2;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 44;

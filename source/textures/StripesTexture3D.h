@@ -14,6 +14,7 @@ namespace gritwell {
 class StripesTexture3D final : public RecordTexture3D<StripesTexture3D> {
 public:
     static constexpr std::string_view kName = "Stripes";
+    static constexpr std::string_view kSummary = "Dark lines on the planes x = integer, bent by a wave";
     static constexpr int kMajorVersion = 4;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 60;

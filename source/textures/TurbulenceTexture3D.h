@@ -14,6 +14,7 @@ namespace gritwell {
 class TurbulenceTexture3D final : public RecordTexture3D<TurbulenceTexture3D> {
 public:
     static constexpr std::string_view kName = "Turbulence";
+    static constexpr std::string_view kSummary = "Fractal sum of absolute gradient noise";
     static constexpr int kMajorVersion = 2;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 52;

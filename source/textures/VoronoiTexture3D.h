@@ -15,6 +15,7 @@ namespace gritwell {
 class VoronoiTexture3D final : public RecordTexture3D<VoronoiTexture3D> {
 public:
     static constexpr std::string_view kName = "Voronoi";
+    static constexpr std::string_view kSummary = "Cellular noise: distances to the nearest features under a chosen metric";
     static constexpr int kMajorVersion = 2;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 48;

@@ -15,6 +15,7 @@ namespace gritwell {
 class VoronoiTileTexture3D final : public RecordTexture3D<VoronoiTileTexture3D> {
 public:
     static constexpr std::string_view kName = "Voronoi Tiles";
+    static constexpr std::string_view kSummary = "Irregular flat tiles with grout";
     static constexpr int kMajorVersion = 1;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 96;

@@ -16,6 +16,7 @@ namespace gritwell {
 class WeaveTexture3D final : public RecordTexture3D<WeaveTexture3D> {
 public:
     static constexpr std::string_view kName = "Weave";
+    static constexpr std::string_view kSummary = "Woven cloth: threads over and under in a plain weave or a twill";
     static constexpr int kMajorVersion = 3;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 96;

@@ -15,6 +15,7 @@ namespace gritwell {
 class WoodTexture3D final : public RecordTexture3D<WoodTexture3D> {
 public:
     static constexpr std::string_view kName = "Wood";
+    static constexpr std::string_view kSummary = "Concentric growth rings around the y axis, wobbled by noise";
     static constexpr int kMajorVersion = 2;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 60;

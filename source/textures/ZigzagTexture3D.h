@@ -15,6 +15,7 @@ namespace gritwell {
 class ZigzagTexture3D final : public RecordTexture3D<ZigzagTexture3D> {
 public:
     static constexpr std::string_view kName = "Zigzag";
+    static constexpr std::string_view kSummary = "Rows of dark and light cells climbing in diagonal steps";
     static constexpr int kMajorVersion = 1;
     static constexpr int kMinorVersion = 0;
     static constexpr int kRecordSize = 44;

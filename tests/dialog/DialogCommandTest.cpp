@@ -76,7 +76,7 @@ TEST_F(DialogCommand, RefusesBeforeOpening) {
         {"", "dialog Brick --transform short.tf", 2, "is not a transform record"},
         {"", "dialog Brick -o /nonexistent/brick.rec", 2, "/nonexistent/brick.rec"},
         {"", "dialog Brick --script Wood", 2, "--script must end with ok, cancel or close"},
-        {"", "dialog Brick --no-preview --mesh x.obj", 2, "excludes"},
+        {"", "dialog Brick --no-preview --mesh x.obj", 2, "--no-preview and --mesh cannot be given together"},
     };
     for (const auto& c : cases) {
         const Outcome r = run(std::string(kNoDisplay) + " " + c.environment, c.args);

@@ -1,15 +1,23 @@
-// Intensities to pixels: the colour maps, and the PNG files they go into.
+// Intensities to pixels: the colour maps, the PNG files they go into, and
+// the first pictures a user sees: render's default slice and the gallery.
 
 #include <png.h>
 
 #include <cmath>
 #include <csetjmp>
 #include <cstring>
+#include <fstream>
+#include <iterator>
+#include <set>
 
 #include <gtest/gtest.h>
 
 #include "Colormap.h"
+#include "Gallery.h"
 #include "PngWriter.h"
+#include "RecordFile.h"
+#include "SliceRenderer.h"
+#include "textures/TextureFactory.h"
 
 using namespace gritwell;
 
@@ -95,4 +103,43 @@ TEST(PngWriter, SamplesArriveAsGivenAtEitherDepth) {
         }
     }
     EXPECT_ANY_THROW(encodePng(Picture{2, 2, 1, 8, std::vector<std::uint16_t>(3)}));
+}
+
+// ---- the first pictures ---------------------------------------------------------
+
+class FirstPictures : public testing::Test {
+protected:
+    static PluginLibrary& plugin() {
+        static PluginLibrary library(GRITWELL_PLUGIN_PATH);
+        return library;
+    }
+};
+
+TEST_F(FirstPictures, EveryGeneratorButConstantShowsItsPatternAtRendersDefaults) {
+    ASSERT_TRUE(plugin().ok()) << plugin().error();
+    for (const GeneratorInfo* g : TextureFactory::hostGenerators()) {
+        const GreyImage image = renderSlice(plugin(), defaultRecord(*g), SliceView{});
+        const std::set<std::uint8_t> levels(image.pixels.begin(), image.pixels.end());
+        EXPECT_EQ(levels.size() > 1, g->name != "Constant") << g->name;
+    }
+}
+
+TEST_F(FirstPictures, TheReadmeGalleryIsWhatGalleryDrawsToday) {
+    ASSERT_TRUE(plugin().ok()) << plugin().error();
+    std::ifstream in(std::string(GRITWELL_SOURCE_DIR) + "/docs/images/gallery.png", std::ios::binary);
+    const std::vector<unsigned char> bytes{std::istreambuf_iterator<char>(in), {}};
+    Decoded readme;
+    ASSERT_TRUE(decode(bytes, readme));
+    const GreyImage today = renderGallery(plugin());
+    const std::string regenerate = "regenerate it: build/gritwell gallery -o docs/images/gallery.png";
+    ASSERT_EQ(readme.samples.size(), today.pixels.size()) << regenerate;
+    // The tiles, pixel for pixel; the labels are left to the font.
+    const GalleryLayout layout = galleryLayout();
+    ASSERT_EQ(layout.tiles.size(), TextureFactory::allGenerators().size());
+    for (const GalleryLayout::Corner& at : layout.tiles)
+        for (int y = at.top; y < at.top + GalleryLayout::kTile; ++y)
+            for (int x = at.left; x < at.left + GalleryLayout::kTile; ++x) {
+                const std::size_t i = std::size_t(y) * today.width + x;
+                ASSERT_EQ(readme.samples[i], today.pixels[i]) << "at " << x << ", " << y << "; " << regenerate;
+            }
 }

@@ -3,6 +3,7 @@
 
 #include <signal.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -21,6 +22,7 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include "DialogPreview.h"
 #include "MeshReader.h"
@@ -63,6 +65,13 @@ protected:
             if (name != "stdin.txt" && name != "stdout.txt" && name != "stderr.txt") names.insert(name);
         }
         return names;
+    }
+
+    // What the folder holds, file by file: a refused command leaves it so.
+    std::map<std::string, std::string> contents() const {
+        std::map<std::string, std::string> all;
+        for (const std::string& name : files()) all[name] = readText(path(name));
+        return all;
     }
 
     // Runs `gritwell ARGS` in the test's folder, with `input` on standard input.
@@ -158,6 +167,7 @@ TEST_F(CommandLine, ListsTheHostsGenerators) {
     EXPECT_NE(r.out.find("Checkerboard     3.0      48 bytes"), std::string::npos) << r.out;
     EXPECT_NE(r.out.find("Spheres"), std::string::npos);
     EXPECT_NE(r.out.find("Constant         2.0      40 bytes"), std::string::npos);
+    EXPECT_EQ(run("--version").out.substr(0, 9), "gritwell ");
 }
 
 TEST_F(CommandLine, RecordNewAndShowRoundTrip) {
@@ -217,7 +227,7 @@ TEST_F(CommandLine, BadInputGetsAClearMessageAndStatusTwo) {
         {"record new Checkerboard --set depth=two -o x.rec", "", "field 'depth' of Checkerboard is a 32-bit integer; 'two' is not"},
         {"record new Checkerboard --set randomizeColors=maybe -o x.rec", "", "is a bool"},
         {"record new Nothing -o x.rec", "", "unknown generator 'Nothing'"},
-        {"record show missing.rec", "", "cannot read 'missing.rec': No such file or directory"},
+        {"record show missing.rec", "", "'missing.rec' is neither a generator name nor a record file"},
         {"record show short.rec", "", "is not a state record: 9 bytes"},
         {"record show unterminated.rec", "", "name is not terminated"},
         {"record show cut.rec", "", "40 bytes, a Checkerboard record holds 48"},
@@ -226,15 +236,30 @@ TEST_F(CommandLine, BadInputGetsAClearMessageAndStatusTwo) {
         {"eval Checkerboard", "1 2\n", "line 1: expected three numbers"},
         {"eval NoSuchThing", "", "neither a generator name nor a record file"},
         {"render Checkerboard --size 0 -o x.png", "", "--size must be 1 to 8192"},
+        {"render Checkerboard -o x.jpg", "", "-o 'x.jpg': .jpg is not a format gritwell writes; pictures are written as: .png"},
+        {"gallery -o x", "", "-o 'x' has no extension to name its format; pictures are written as: .png"},
         {"--simd sse9 eval Voronoi", "1 2 3\n", "--simd must be scalar, avx2 or avx512, not 'sse9'"},
-        {"frobnicate", "", "gritwell: "},
-        {"", "", "gritwell: "},
+        {"frobnicate", "", "unknown command 'frobnicate' (commands: list, info, record, "},
+        {"lsit", "", "unknown command 'lsit'; did you mean 'list'?"},
+        {"record shwo c.rec", "", "unknown record command 'shwo'; did you mean 'show'?"},
+        {"", "", "a command is required: list, info, record, "},
+        {"render Checkerboard --sise 3 -o x.png", "", "render: there is no option '--sise'; did you mean '--size'?"},
+        {"render Checkerboard", "", "render: -o/--output is required: the PNG to write\nRun 'gritwell render --help'"},
+        {"render Checkerboard --size many -o x.png", "", "render: --size takes a whole number, not 'many'"},
+        {"eval Checkerboard --offset 1,2", "", "eval: --offset takes 3 values, not 2"},
+        {"record show Chekerboard", "", "did you mean 'Checkerboard'?"},
+        {"record new Brick --set pattern=Herringbon -o x.rec", "",
+         "'pattern' of Brick is a number or one of the dialog's labels (Running Bond, Herringbone); 'Herringbon' is "
+         "neither; did you mean 'Herringbone'?"},
+        {"info Brik", "", "unknown generator 'Brik'; did you mean 'Brick'?"},
+        {"record set Checkerboard depth=2", "", "'Checkerboard' is a generator name, and record set changes a record file"},
+        {"transform new --scale 1,0,1 -o x.rec", "", "the transform's y scale must not be 0"},
     };
     for (const Case& c : cases) {
         const Outcome r = run(c.args, c.input);
         EXPECT_EQ(r.status, 2) << c.args;
         EXPECT_NE(r.err.find(c.message), std::string::npos) << c.args << "\n" << r.err;
-        EXPECT_FALSE(fs::exists(path("x.rec")) || fs::exists(path("x.png"))) << c.args;
+        EXPECT_FALSE(fs::exists(path("x.rec")) || fs::exists(path("x.png")) || fs::exists(path("x.jpg"))) << c.args;
     }
 }
 
@@ -291,15 +316,11 @@ TEST_F(CommandLine, PaintGivesEachVertexWhatEvalGivesItsPoint) {
 
     // Moved, turned and scaled: paint and eval place the texture alike, from
     // options or from a transform record file (whose flags word is planar).
-    gritwell::TransformData t;
-    t.flags = 2 | 8;
-    t.xOffset = 0.25f;
-    t.yAngle = 0.1f;
-    t.zScale = 3.0f;
-    t.overallScale = 0.5f;
-    char bytes[44];
-    t.toBytes(bytes);
-    std::ofstream(path("t.xf"), std::ios::binary).write(bytes, 44);
+    r = run("transform new --planar --offset 0.25,0,0 --rotate 0,0.1,0 --scale 1,1,3 --overall 0.5 -o t.xf");
+    ASSERT_EQ(r.status, 0) << r.err;
+    r = run("transform show t.xf");
+    EXPECT_EQ(r.out.rfind("{\n  \"flags\": 6,\n  \"planar\": true,\n", 0), 0u) << r.out;
+    EXPECT_NE(r.out.find("\"overall\": 0.5\n}"), std::string::npos) << r.out;
     for (const std::string transform :
          {"--offset=-0.5,0.1,2 --rotate 0.125,0,0.3 --scale 1,2,0.5 --overall 1.5", "--transform t.xf"}) {
         r = run("paint '" + kSampleMesh + "' Wood -o moved.ply " + transform);
@@ -334,27 +355,27 @@ TEST_F(CommandLine, PaintErrorsLeaveNothingBehind) {
         {"paint bust.obj NoSuchGenerator -o out.ply", "'NoSuchGenerator' is neither a generator name nor a record file"},
         {"paint missing.obj Brick -o out.ply", "cannot read 'missing.obj': No such file or directory"},
         {"paint junk.obj Brick -o out.ply", "'junk.obj' has no vertices to paint"},
-        {"paint bust.stl Brick -o out.ply", "give an .obj or a .ply file"},
+        {"paint bust.xyz Brick -o out.ply", "the formats it reads are .obj, .ply, .stl, .off, .gltf, .glb"},
         {"paint bust.obj Brick -o missing/out.ply", "cannot write 'missing/out.ply': No such file or directory"},
         {"paint bust.obj Brick -o folder.ply", "cannot write 'folder.ply': Is a directory"},
         {"paint bust.obj Brick -o out.ply --preview missing/out.png", "cannot write 'missing/out.png'"},
+        {"paint bust.obj Brick -o out.obj", "painted meshes are written as: .ply"},
         {"paint bust.obj Brick -o out.ply --scale 1,0,1", "the transform's y scale must not be 0"},
         {"paint bust.obj Brick -o out.ply --offset 1,2", "--offset"},
         {"paint bust.obj Brick -o out.ply --transform short.xf", "'short.xf' is not a transform record: 9 bytes"},
         {"paint bust.obj Brick -o out.ply --transform none.xf", "cannot read 'none.xf'"},
         {"paint bust.obj Brick -o out.ply --preview out.png --colormap rainbow", "unknown colour map 'rainbow'"},
         {"paint bust.obj Brick -o out.ply --preview out.png --preview-size 5", "--preview-size must be 16 to 4096"},
+        {"paint bust.obj Brick -o out.ply --preview out.png --view 0.5", "--view takes 2 values, not 1"},
         {"paint bust.obj 'Cell Noise' -o out.ply", "host sessions never open it"},
         {"--plugin /nonexistent.so paint bust.obj Brick -o out.ply", "cannot load the plug-in", 1},
     };
-    const std::string mesh = readText(path("bust.obj"));
-    const std::set<std::string> before = files();
+    const auto before = contents();
     for (const Case& c : cases) {
         const Outcome r = run(c.args);
         EXPECT_EQ(r.status, c.status) << c.args;
         EXPECT_NE(r.err.find(c.message), std::string::npos) << c.args << "\n" << r.err;
-        EXPECT_EQ(files(), before) << c.args;
-        EXPECT_EQ(readText(path("bust.obj")), mesh) << c.args;
+        EXPECT_EQ(contents(), before) << c.args;
     }
 }
 
@@ -421,6 +442,9 @@ TEST_F(CommandLine, RecordSetEditsInPlaceAndNewStartsFromARecord) {
     EXPECT_NE(r.out.find("\"labels\": {\n    \"pattern\": \"Running Bond\"\n  }"), std::string::npos) << r.out;
     EXPECT_EQ(files(), (std::set<std::string>{"b.rec"}));
 
+    // A name stands for its defaults wherever a record file does.
+    ASSERT_EQ(run("record new --from Brick -o named.rec").status, 0);
+    EXPECT_EQ(run("record show Brick").out, run("record show named.rec").out);
     // A copy of it, NAME optional, then more fields.
     r = run("record new --from b.rec --set mortarThickness=0.02 -o c.rec");
     ASSERT_EQ(r.status, 0) << r.err;
@@ -430,6 +454,47 @@ TEST_F(CommandLine, RecordSetEditsInPlaceAndNewStartsFromARecord) {
     EXPECT_NE(r.out.find("\"brickWidth\": 0.5,"), std::string::npos) << r.out;
     EXPECT_NE(r.out.find("\"mortarThickness\": 0.02,"), std::string::npos) << r.out;
 
+}
+
+TEST_F(CommandLine, RecordSetTakesLabelsAndWarnsOfValuesTheDialogNeverGives) {
+    ASSERT_EQ(run("record new Brick -o b.rec").status, 0);
+    struct Case {
+        std::string assignment, warning, shown;
+    };
+    const Case cases[] = {
+        {"'pattern=running bond'", "", "\"pattern\": 0,"},
+        {"brickWidth=500", "brickWidth=500 is outside the dialog's range, 0.001 to 99.990", "\"brickWidth\": 500.0,"},
+        {"maxColor=-inf", "maxColor=-inf is not finite", "\"maxColor\": \"-inf\""},
+        {"pattern=7", "pattern=7 is none of the dialog's items (it shows no item)", "\"pattern\": 7,"},
+    };
+    for (const Case& c : cases) {
+        const Outcome r = run("record set b.rec " + c.assignment);
+        EXPECT_EQ(r.status, 0) << c.assignment;
+        EXPECT_EQ(r.err, c.warning.empty() ? ""
+                                           : "gritwell: warning: " + c.warning +
+                                                 "; stored as given, for records are never clamped\n");
+        EXPECT_NE(run("record show b.rec").out.find(c.shown), std::string::npos) << c.assignment;
+    }
+}
+
+TEST_F(CommandLine, InfoDescribesTheGeneratorsAndEveryField) {
+    Outcome r = run("info");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_NE(r.out.find("\nBrick            Mortar-jointed bricks in a running bond or a herringbone\n"), std::string::npos);
+    EXPECT_NE(r.out.find("\nPenrose Rhombus  A Penrose tiling"), std::string::npos) << r.out;
+    r = run("info Brick");
+    for (const std::string field :
+         {"pattern: int32 enumeration, default 1 (Herringbone); the dialog: 0 Running Bond, 1 Herringbone\n"
+          "  How the bricks are laid\n",
+          "brickWidth: float, default 0.8; the dialog: 0.001 to 99.990\n  Length of a brick along X, without mortar\n",
+          "randomizeColors: bool, default false; the dialog: on or off\n"})
+        EXPECT_NE(r.out.find(field), std::string::npos) << field << "\n" << r.out;
+    EXPECT_NE(run("info Plaid").out.find("color1: float, default 0.234318; not in the dialog\n"), std::string::npos);
+    r = run("info Voronoi --json");
+    const nlohmann::json voronoi = nlohmann::json::parse(r.out);
+    EXPECT_EQ(voronoi["fields"][0]["dialog"], nlohmann::json::parse(R"({"control": "number", "minimum": 0, "maximum": 1000})"));
+    EXPECT_EQ(voronoi["fields"][2]["dialog"]["values"][2], nlohmann::json::parse(R"({"value": 2, "label": "Taxicab"})"));
+    EXPECT_EQ(nlohmann::json::parse(run("info --json").out).size(), 34u);
 }
 
 TEST_F(CommandLine, OlderRecordsShowAndEvaluateWhatThePluginMakesOfThem) {
@@ -528,15 +593,12 @@ TEST_F(CommandLine, RecordEditErrorsNeverTouchTheInput) {
         {"record new -o x.rec", "record new needs a generator NAME or --from FILE"},
         {"record new Checkerboard --set depth=3 -o missing/x.rec", "cannot write 'missing/x.rec'"},
     };
-    std::map<std::string, std::string> contents;
-    for (const std::string& name : files()) contents[name] = readText(path(name));
+    const auto before = contents();
     for (const Case& c : cases) {
         const Outcome r = run(c.args);
         EXPECT_EQ(r.status, 2) << c.args;
         EXPECT_NE(r.err.find(c.message), std::string::npos) << c.args << "\n" << r.err;
-        std::map<std::string, std::string> now;
-        for (const std::string& name : files()) now[name] = readText(path(name));
-        EXPECT_EQ(now, contents) << c.args;
+        EXPECT_EQ(contents(), before) << c.args;
     }
 }
 
@@ -574,7 +636,7 @@ TEST_F(CommandLine, RenderColourMapsDepthsAndTransforms) {
     // Twice the scale over twice the extent samples the very same points; a
     // whole turn is no turn at all.
     ASSERT_EQ(run("render Wood --size 32 -o plain.png").status, 0);
-    ASSERT_EQ(run("render Wood --size 32 --extent 8 --overall 2 -o scaled.png").status, 0);
+    ASSERT_EQ(run("render Wood --size 32 --extent 8 --z 0.6 --overall 2 -o scaled.png").status, 0);
     ASSERT_EQ(run("render Wood --size 32 --rotate 1,-2,3 -o turned.png").status, 0);
     EXPECT_EQ(readText(path("scaled.png")), readText(path("plain.png")));
     EXPECT_EQ(readText(path("turned.png")), readText(path("plain.png")));
@@ -602,6 +664,11 @@ TEST_F(CommandLine, DialogPreviewDrawsWhatRenderAndPaintDraw) {
     ASSERT_EQ(r.status, 0) << r.err;
     r = run("paint '" + kSampleMesh + "' b.rec --transform t.tf --preview mesh.png --preview-size 40 -o m.ply");
     ASSERT_EQ(r.status, 0) << r.err;
+    // The default camera, given: yaw, then pitch.
+    r = run("paint '" + kSampleMesh + "' b.rec --transform t.tf --preview same.png --preview-size 40 -o m.ply "
+            "--view 0.07,0.03");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(readText(path("same.png")), readText(path("mesh.png")));
 
     gritwell::PluginLibrary plugin(GRITWELL_PLUGIN_PATH);
     ASSERT_TRUE(plugin.ok()) << plugin.error();
@@ -613,4 +680,99 @@ TEST_F(CommandLine, DialogPreviewDrawsWhatRenderAndPaintDraw) {
     const std::vector<unsigned char> slice = gritwell::encodePng(pictures.slice), mesh = gritwell::encodePng(pictures.mesh);
     EXPECT_EQ(std::string(slice.begin(), slice.end()), readText(path("slice.png")));
     EXPECT_EQ(std::string(mesh.begin(), mesh.end()), readText(path("mesh.png")));
+}
+
+// ---- no command loses or corrupts a file ----------------------------------------
+
+TEST_F(CommandLine, OutputsThatAreOneFileOrAnInputAreRefused) {
+    fs::copy_file(kSampleMesh, path("m.obj"));
+    ASSERT_EQ(run("paint m.obj Brick -o m.ply").status, 0);
+    fs::create_symlink("m.ply", path("link.ply"));
+    ASSERT_EQ(run("record new Brick -o c.rec").status, 0);
+    struct Case {
+        std::string args, message;
+    };
+    const Case cases[] = {
+        {"paint m.ply Voronoi -o m.ply --preview m.ply", "-o 'm.ply' and --preview 'm.ply' are the same file"},
+        {"paint m.obj Voronoi -o m.ply --preview link.ply", "and --preview 'link.ply' are the same file"},
+        {"paint m.obj Voronoi -o - --preview -", "-o '-' and --preview '-' are the same file"},
+        {"paint m.ply Voronoi -o link.ply", "-o 'link.ply' is the same file as MESH 'm.ply', which is read"},
+        {"paint m.obj c.rec -o c.rec", "is the same file as TARGET 'c.rec'"},
+        {"record new --from c.rec -o ./c.rec", "is the same file as --from 'c.rec'"},
+    };
+    const auto before = contents();
+    for (const Case& c : cases) {
+        const Outcome r = run(c.args);
+        EXPECT_EQ(r.status, 2) << c.args;
+        EXPECT_NE(r.err.find(c.message), std::string::npos) << c.args << "\n" << r.err;
+        EXPECT_EQ(r.out, "") << c.args;
+        EXPECT_EQ(contents(), before) << c.args;
+    }
+}
+
+TEST_F(CommandLine, ReplacingAFileKeepsItsLinkAndModeAndRefusesAReadOnlyOne) {
+    ASSERT_EQ(run("record new Brick -o brick.rec").status, 0);
+    const std::string brick = readText(path("brick.rec"));
+    std::ofstream(path("old.rec")) << "an older preset";
+    fs::permissions(path("old.rec"), fs::perms(0640));
+    fs::create_symlink("old.rec", path("link.rec"));
+    fs::create_symlink("new.rec", path("dangling.rec"));
+    for (const std::string link : {"link.rec", "dangling.rec"}) {
+        const Outcome r = run("record new Brick -o " + link);
+        ASSERT_EQ(r.status, 0) << link << r.err;
+        EXPECT_TRUE(fs::is_symlink(path(link))) << link;
+        EXPECT_EQ(readText(path(link)), brick) << link;
+    }
+    EXPECT_EQ(fs::status(path("old.rec")).permissions(), fs::perms(0640));
+
+    // Read-only means no write permission bit, for root too.
+    std::ofstream(path("ro.rec")) << brick;
+    fs::permissions(path("ro.rec"), fs::perms(0444));
+    for (const std::string args : {"record set ro.rec brickWidth=2", "record new Brick -o ro.rec"}) {
+        const Outcome r = run(args);
+        EXPECT_EQ(r.status, 2) << args;
+        EXPECT_NE(r.err.find("cannot write 'ro.rec': it is read-only"), std::string::npos) << r.err;
+        EXPECT_EQ(readText(path("ro.rec")), brick);
+    }
+}
+
+TEST_F(CommandLine, StandardOutputPipesAndDevicesAreWrittenDirectly) {
+    ASSERT_EQ(run("record new Brick -o brick.rec").status, 0);
+    Outcome r = run("record new Brick -o -");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.out, readText(path("brick.rec")));
+    r = run("render Brick --size 8 -o -");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.out.substr(0, 4), "\x89PNG");
+    r = shell("('" GRITWELL_CLI_PATH "' record new Brick -o /dev/stdout | cat > piped.rec)");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(readText(path("piped.rec")), readText(path("brick.rec")));
+    // A null device of the test's own, so a fault cannot replace the system's.
+    if (::mknod(path("null").c_str(), S_IFCHR | 0666, ::makedev(1, 3)) != 0) GTEST_SKIP() << "cannot make a device";
+    r = run("record new Brick -o null");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_TRUE(fs::is_character_file(path("null")));
+}
+
+TEST_F(CommandLine, AFullDiskLeavesTheOldFileWhole) {
+    fs::copy_file(kSampleMesh, path("bust.obj"));
+    // A full device (like /dev/full) of the test's own, and a 64 KiB disk
+    // in a mount namespace of its own; the painted bust needs 200 KiB.
+    if (::mknod(path("full").c_str(), S_IFCHR | 0666, ::makedev(1, 7)) == 0) {
+        const Outcome r = run("record new Brick -o full");
+        EXPECT_EQ(r.status, 2);
+        EXPECT_NE(r.err.find("cannot write 'full': No space left on device"), std::string::npos) << r.err;
+        EXPECT_TRUE(fs::is_character_file(path("full")));
+    }
+    fs::create_directories(path("disk"));
+    const std::string unshare = ::geteuid() == 0 ? "unshare -m" : "unshare -rm";
+    const Outcome r = shell(unshare + " sh -c \"mount -t tmpfs -o size=64k tmpfs disk || exit 99; "
+                                      "echo 'the previous painting' > disk/out.ply; '" GRITWELL_CLI_PATH
+                                      "' paint bust.obj Brick -o disk/out.ply; echo \\$? > status.txt; "
+                                      "cat disk/out.ply > left.txt; ls disk > listing.txt\"");
+    if (r.status == 99 || !fs::exists(path("status.txt"))) GTEST_SKIP() << "cannot mount a small disk: " << r.err;
+    EXPECT_EQ(readText(path("status.txt")), "2\n");
+    EXPECT_NE(r.err.find("cannot write 'disk/out.ply': No space left on device"), std::string::npos) << r.err;
+    EXPECT_EQ(readText(path("left.txt")), "the previous painting\n");
+    EXPECT_EQ(readText(path("listing.txt")), "out.ply\n");
 }

@@ -1,4 +1,4 @@
-// Meshes in and out: the OBJ/PLY reader, the PLY writer and the atomic
+// Meshes in and out: the mesh reader, the PLY writer and the atomic
 // output both commands write through.
 
 #include <unistd.h>
@@ -101,6 +101,36 @@ TEST_F(MeshFiles, PointCloudsHaveVerticesButNoFaces) {
     EXPECT_EQ(cloud.faceCount(), 0u);
 }
 
+TEST_F(MeshFiles, StlOffAndGltfAreRead) {
+    // One triangle each (STL and OFF twice over); STL comes as corners and
+    // is joined, glTF's node moves its mesh 5 along z (the buffer: indices
+    // 0, 1, 2 and the corners (0, 0, 0), (1, 0, 0), (0, 1, 0)).
+    const std::string gltf =
+        R"({"asset":{"version":"2.0"},"scene":0,"scenes":[{"nodes":[0]}],"nodes":[{"mesh":0,"translation":[0,0,5]}],)"
+        R"("meshes":[{"primitives":[{"attributes":{"POSITION":1},"indices":0}]}],)"
+        R"("buffers":[{"byteLength":44,"uri":"data:application/octet-stream;base64,)" +
+        std::string("AAABAAIAAAAAAAAAAAAAAAAAAAAAAIA/AAAAAAAAAAAAAAAAAACAPwAAAAA=") +
+        R"("}],"bufferViews":[{"buffer":0,"byteLength":6},{"buffer":0,"byteOffset":8,"byteLength":36}],)"
+        R"("accessors":[{"bufferView":0,"componentType":5123,"count":3,"type":"SCALAR"},)"
+        R"({"bufferView":1,"componentType":5126,"count":3,"type":"VEC3","max":[1,1,0],"min":[0,0,0]}]})";
+    struct Case {
+        std::string name, text;
+        float z;
+    };
+    const Case cases[] = {
+        {"t.stl", "solid t\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 0 1 0\nendloop\n"
+                  "endfacet\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 0 1 0\nendloop\n"
+                  "endfacet\nendsolid t\n", 0},
+        {"t.off", "OFF\n3 2 0\n0 0 0\n1 0 0\n0 1 0\n3 0 1 2\n3 0 1 2\n", 0},
+        {"t.gltf", gltf, 5},
+    };
+    for (const Case& c : cases) {
+        const Mesh mesh = MeshReader::read(write(c.name, c.text));
+        EXPECT_EQ(mesh.positions, (std::vector<float>{0, 0, c.z, 1, 0, c.z, 0, 1, c.z})) << c.name;
+        EXPECT_EQ(mesh.faceCorners.size(), c.name == "t.gltf" ? 3u : 6u) << c.name;
+    }
+}
+
 TEST_F(MeshFiles, UnreadableMeshesSayWhy) {
     fs::create_directories(dir_ / "folder.obj");
     expectRefused((dir_ / "folder.obj").string(), "it is a folder");
@@ -112,6 +142,17 @@ TEST_F(MeshFiles, UnreadableMeshesSayWhy) {
                         "property float z\nelement face 1\nproperty list uchar int vertex_indices\nend_header\n"
                         "0 0 0\n1 0 0\n0 1 0\n3 0 1 7\n"),
                   "is damaged: a face uses vertex 7 of 3");
+    // A binary file cut short, in its vertices and in its last face.
+    Mesh mesh;
+    mesh.positions = {0, 0, 0, 1, 0, 0, 0, 1, 0};
+    mesh.faceSizes = {3, 3};
+    mesh.faceCorners = {0, 1, 2, 2, 1, 0};
+    PlyWriter::writeFile((dir_ / "whole.ply").string(), mesh, std::vector<float>(3));
+    const std::string whole = read("whole.ply");
+    const std::size_t header = PlyWriter::header(mesh).size();
+    expectRefused(write("cut.ply", whole.substr(0, header + 40)), "'" + (dir_ / "cut.ply").string() +
+                                                                     "' is cut short: it ends in vertex 2 of 3");
+    expectRefused(write("cut.ply", whole.substr(0, whole.size() - 1)), "it ends in face 1 of 2");
 }
 
 TEST_F(MeshFiles, PlyLayoutIntensitiesAndGreys) {
@@ -158,7 +199,6 @@ TEST_F(MeshFiles, AtomicOutputReplacesOnlyOnCommit) {
     const std::string path = write("out.bin", "old");
     {
         AtomicOutput out(path);
-        EXPECT_EQ(fs::path(out.temporaryPath()).parent_path(), dir_);
         std::fputs("half", out.file());
         // Abandoned without commit: the old file stays, the temporary goes.
     }

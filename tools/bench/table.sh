@@ -3,22 +3,26 @@
 #
 #   tools/bench/table.sh          (or ./run.sh bench-table)
 #
-# Builds table_bench (RelWithDebInfo, in build/ unless BUILD_DIR says
-# otherwise), runs it BENCH_REPETITIONS times (default 5) and tables the
-# median of each: the machines are shared, and the median shrugs off a
-# neighbour's burst where the mean does not.
+# Builds table_bench and gritwell (RelWithDebInfo, in build/ unless
+# BUILD_DIR says otherwise), runs the benchmarks BENCH_REPETITIONS times
+# (default 5) and tables the median of each: the machines are shared, and
+# the median shrugs off a neighbour's burst where the mean does not. Then
+# times `gritwell paint` on a million-vertex mesh (paint_table.py). The
+# README's figures are written from the same runs, between its markers.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
 dir=${BUILD_DIR:-build}
 reps=${BENCH_REPETITIONS:-5}
 cmake -S . -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
-cmake --build "$dir" --target table_bench -j "$(nproc)"
+cmake --build "$dir" --target table_bench gritwell -j "$(nproc)"
 
 json=$(mktemp)
 levels_dir=$(mktemp -d)
 readme_part=$(mktemp)
-trap 'rm -rf "$json" "$levels_dir" "$readme_part" docs/benchmarks.md.partial' EXIT
+paint_part=$(mktemp)
+evaluation=$(mktemp)
+trap 'rm -rf "$json" "$levels_dir" "$readme_part" "$paint_part" "$evaluation" docs/benchmarks.md.partial' EXIT
 run() { "$dir/bench/table_bench" --benchmark_repetitions="$reps" --benchmark_report_aggregates_only=true \
   --benchmark_min_time=0.1 --benchmark_out_format=json "$@" >&2; }
 # Every figure on the best instruction set this processor has, then the
@@ -32,10 +36,10 @@ done
 
 cpu=$(grep -m1 '^model name' /proc/cpuinfo | cut -d: -f2- | sed 's/^ *//')
 isa=$(grep -m1 -ow -e avx512f -e avx2 /proc/cpuinfo | sort -u | paste -sd' ' || true)
-python3 - "$json" "$cpu" "$(nproc)" "${isa:-none}" "$reps" "$levels_dir" "$readme_part" \
+python3 - "$json" "$cpu" "$(nproc)" "${isa:-none}" "$reps" "$levels_dir" "$readme_part" "$evaluation" \
   >docs/benchmarks.md.partial <<'PY'
 import json, os, sys
-path, cpu, cores, isa, reps, levels_dir, readme_part = sys.argv[1:8]
+path, cpu, cores, isa, reps, levels_dir, readme_part, evaluation = sys.argv[1:9]
 data = json.load(open(path))
 
 def medians(path):
@@ -127,15 +131,22 @@ for kind, name in names:
                  + f" | {ns(f'{kind}/{name}/planar')} |")
 with open(readme_part, "w") as f:
     f.write("\n".join(short) + "\n")
+# What painting a mesh spends evaluating: the defaults on the best level.
+with open(evaluation, "w") as f:
+    f.write(f"{median['Session/Brick/defaults']} {median['Session/Voronoi/defaults']}\n")
 PY
+read -r brick_ns voronoi_ns <"$evaluation"
+python3 tools/bench/paint_table.py "$dir/gritwell" "$reps" "$paint_part" "$brick_ns" "$voronoi_ns" \
+  >>docs/benchmarks.md.partial
 mv docs/benchmarks.md.partial docs/benchmarks.md
-# Replace the README's digest between its markers.
-python3 - "$readme_part" <<'PY'
-import re, sys
-table = open(sys.argv[1]).read()
+# Replace the README's digest and its sentence on painting between their markers.
+python3 - "$readme_part" "$paint_part" <<'PY'
+import sys
 readme = open("README.md").read()
-start, end = "<!-- bench-table:start -->\n", "<!-- bench-table:end -->"
-i, j = readme.index(start) + len(start), readme.index(end)
-open("README.md", "w").write(readme[:i] + table + readme[j:])
+for part, marker in zip(sys.argv[1:3], ("bench-table", "paint-times")):
+    start, end = f"<!-- {marker}:start -->\n", f"<!-- {marker}:end -->"
+    i, j = readme.index(start) + len(start), readme.index(end)
+    readme = readme[:i] + open(part).read() + readme[j:]
+open("README.md", "w").write(readme)
 PY
 echo "Wrote docs/benchmarks.md and the README's table" >&2

@@ -28,7 +28,9 @@
 #include "MeshPreview.h"
 #include "MeshReader.h"
 #include "RecordFile.h"
+#include "SliceRenderer.h"
 #include "core/Texture3D.h"
+#include "textures/TextureFactory.h"
 #include "dialog/DisplayCheck.h"
 #include "plugin/HostInterface.h"
 
@@ -74,7 +76,7 @@ public:
             (*label)->setFixedSize(preview.size(), preview.size());
             layout->addWidget(*label);
         }
-        slice_->setToolTip(tr("The texture on the slice z = %1, from 0 to 4 across").arg(double(DialogPreview::kSliceZ), 0, 'g', 3));
+        slice_->setToolTip(tr("The texture on the slice z = %1, from 0 to 4 across").arg(double(SliceView().z), 0, 'g', 3));
         mesh_->setToolTip(tr("The texture painted on the mesh"));
         status_ = new QLabel(this);
         layout->addWidget(status_);
@@ -222,6 +224,17 @@ void runDialog(const DialogOptions& options, const std::function<PluginLibrary&(
     if (!options.script.empty() && options.script.back() != "ok" && options.script.back() != "cancel" &&
         options.script.back() != "close")
         throw CliError("--script must end with ok, cancel or close");
+    // The dialog edits: it may write back the record and the transform it
+    // opened, as `record set` does, but no other file it reads.
+    const CommandFile recordOut{"-o", options.output}, transformOut{"--transform-out", options.transformOutput};
+    const CommandFile target{"TARGET", TextureFactory::find(options.target) ? std::string() : options.target};
+    const CommandFile meshIn{"--mesh", options.mesh}, transformIn{"--transform", options.transform};
+    std::vector<CommandFile> outputs;
+    for (const CommandFile& out : {recordOut, transformOut})
+        if (!out.path.empty()) outputs.push_back(out);
+    checkCommandFiles(outputs, {meshIn});
+    if (!options.output.empty()) checkCommandFiles({recordOut}, {transformIn});
+    if (!options.transformOutput.empty()) checkCommandFiles({transformOut}, {target});
     // Opened now, so that an unwritable output is reported before the user's work.
     std::optional<AtomicOutput> recordOutput, transformOutput;
     if (!options.output.empty()) recordOutput.emplace(options.output);

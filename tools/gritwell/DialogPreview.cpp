@@ -18,7 +18,6 @@ PreviewPictures DialogPreview::render(const char* record, const TransformData& t
 
     SliceView view;
     view.size = size_;
-    view.z = kSliceZ;
     const std::vector<float> slice = sliceValues(transformedEvaluator(session, transform), view);
 
     ProgressMeter silent = ProgressMeter::neverShown();

@@ -16,16 +16,13 @@
 namespace gritwell {
 
 struct PreviewPictures {
-    Picture slice;  // 8-bit grey: z = kSliceZ over [0, 4] x [0, 4]
+    Picture slice;  // 8-bit grey: render's default slice, z = 0.3 over [0, 4] x [0, 4]
     Picture mesh;   // 8-bit RGB
 };
 
 class DialogPreview {
 public:
     static constexpr int kDefaultSize = 256;
-    // Off the cell faces at z = 0, where solid patterns such as Brick show
-    // only their joints; the gallery's slice.
-    static constexpr float kSliceZ = 0.3f;
 
     // `size` pixels on a side for both pictures.
     DialogPreview(PluginLibrary& plugin, Mesh mesh, int size = kDefaultSize);

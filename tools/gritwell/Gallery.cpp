@@ -12,56 +12,68 @@ namespace gritwell {
 
 namespace {
 
-constexpr int kTile = 192;
+constexpr int kTile = GalleryLayout::kTile;
 constexpr int kLabel = 28;
 constexpr int kGap = 8;
 constexpr int kHeading = 30;
 constexpr int kColumns = 6;
+constexpr int kRowHeight = kTile + kLabel + kGap;
 constexpr std::uint8_t kBackground = 40;
 constexpr std::uint8_t kInk = 235;
 constexpr std::uint8_t kDimInk = 160;
 
 int rowsFor(std::size_t count) { return static_cast<int>((count + kColumns - 1) / kColumns); }
 
-void placeTile(GreyImage& sheet, const LabelFont& font, const GreyImage& tile, int index, int top0,
+// The top of the library's heading; the sheet ends there when it has none.
+int headingTop() { return kGap + rowsFor(TextureFactory::hostGenerators().size()) * kRowHeight; }
+
+void placeTile(GreyImage& sheet, const LabelFont& font, const GreyImage& tile, GalleryLayout::Corner at,
                const std::string& label) {
-    const int left = kGap + (index % kColumns) * (kTile + kGap);
-    const int top = top0 + (index / kColumns) * (kTile + kLabel + kGap);
     for (int y = 0; y < kTile; ++y)
-        std::copy_n(&tile.pixels[std::size_t(y) * kTile], kTile, &sheet.at(left, top + y));
-    const int textLeft = left + std::max(0, (kTile - font.textWidth(label)) / 2);
-    font.draw(sheet, textLeft, top + kTile + 5, label, kInk);
+        std::copy_n(&tile.pixels[std::size_t(y) * kTile], kTile, &sheet.at(at.left, at.top + y));
+    const int textLeft = at.left + std::max(0, (kTile - font.textWidth(label)) / 2);
+    font.draw(sheet, textLeft, at.top + kTile + 5, label, kInk);
 }
 
 }  // namespace
 
+GalleryLayout galleryLayout() {
+    const std::size_t host = TextureFactory::hostGenerators().size();
+    const std::size_t libraryOnly = TextureFactory::libraryOnlyGenerators().size();
+    GalleryLayout layout;
+    layout.width = kGap + kColumns * (kTile + kGap);
+    layout.height = headingTop() + (libraryOnly > 0 ? kHeading + rowsFor(libraryOnly) * kRowHeight : 0);
+    auto place = [&layout](std::size_t count, int top0) {
+        for (std::size_t i = 0; i < count; ++i)
+            layout.tiles.push_back({kGap + static_cast<int>(i % kColumns) * (kTile + kGap),
+                                    top0 + static_cast<int>(i / kColumns) * kRowHeight});
+    };
+    place(host, kGap);
+    place(libraryOnly, headingTop() + kHeading);
+    return layout;
+}
+
 GreyImage renderGallery(PluginLibrary& plugin) {
     const auto host = TextureFactory::hostGenerators();
     const auto libraryOnly = TextureFactory::libraryOnlyGenerators();
-    const int hostRows = rowsFor(host.size());
-    const int libraryRows = rowsFor(libraryOnly.size());
-    const int rowHeight = kTile + kLabel + kGap;
-    GreyImage sheet(kGap + kColumns * (kTile + kGap),
-                    kGap + hostRows * rowHeight + (libraryRows > 0 ? kHeading + libraryRows * rowHeight : 0),
-                    kBackground);
+    const GalleryLayout layout = galleryLayout();
+    GreyImage sheet(layout.width, layout.height, kBackground);
     const LabelFont font(16.0f);
 
-    SliceView view;
+    SliceView view;  // render's default slice
     view.size = kTile;
-    view.z = 0.3f;  // off the cell faces, so solid patterns show their insides
     for (std::size_t i = 0; i < host.size(); ++i)
-        placeTile(sheet, font, renderSlice(plugin, defaultRecord(*host[i]), view), static_cast<int>(i), kGap,
+        placeTile(sheet, font, renderSlice(plugin, defaultRecord(*host[i]), view), layout.tiles[i],
                   std::string(host[i]->name));
 
-    if (libraryRows == 0) return sheet;
-    const int headingTop = kGap + hostRows * rowHeight;
-    font.draw(sheet, kGap, headingTop + 4, "In the library, not offered by the host:", kDimInk);
+    if (libraryOnly.empty()) return sheet;
+    font.draw(sheet, kGap, headingTop() + 4, "In the library, not offered by the host:", kDimInk);
     for (std::size_t i = 0; i < libraryOnly.size(); ++i) {
         TexturePtr texture(libraryOnly[i]->create());
         const BatchEvaluator evaluate = [&texture](const float* points, int n, float* out) {
             (*texture)(points, n, out);
         };
-        placeTile(sheet, font, renderSlice(evaluate, view), static_cast<int>(i), headingTop + kHeading,
+        placeTile(sheet, font, renderSlice(evaluate, view), layout.tiles[host.size() + i],
                   std::string(libraryOnly[i]->name));
     }
     return sheet;

@@ -2,6 +2,10 @@
 
 #include <assimp/Importer.hpp>
 #include <assimp/scene.h>
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cctype>
@@ -10,6 +14,8 @@
 #include <filesystem>
 #include <fstream>
 #include <limits>
+#include <sstream>
+#include <string_view>
 #include <unordered_map>
 
 #include "CliError.h"
@@ -47,16 +53,156 @@ std::string lowerExtension(const std::string& path) {
     return extension;
 }
 
+// The formats read, and whether the importer hands them over as one vertex
+// per face corner, to be joined again.
+struct Format {
+    std::string_view extension;
+    bool cornerPerVertex;
+};
+constexpr Format kFormats[] = {{".obj", true}, {".ply", false}, {".stl", true},
+                               {".off", false}, {".gltf", false}, {".glb", false}};
+
+std::string formatList() {
+    std::string list;
+    for (const Format& f : kFormats) list += (list.empty() ? "" : ", ") + std::string(f.extension);
+    return list;
+}
+
+int plyTypeSize(const std::string& type) {
+    if (type == "char" || type == "uchar" || type == "int8" || type == "uint8") return 1;
+    if (type == "short" || type == "ushort" || type == "int16" || type == "uint16") return 2;
+    if (type == "int" || type == "uint" || type == "int32" || type == "uint32" || type == "float" ||
+        type == "float32")
+        return 4;
+    if (type == "double" || type == "float64") return 8;
+    return 0;
+}
+
+// Where a binary PLY file ends short of what its header promises ("it ends
+// in vertex 1204 of 5858"); empty when all is there, and for ASCII files and
+// headers the importer refuses anyway.
+std::string binaryPlyShortfall(std::string_view file) {
+    const auto endHeader = file.find("end_header");
+    const auto dataStart = endHeader == std::string_view::npos ? endHeader : file.find('\n', endHeader);
+    if (dataStart == std::string_view::npos) return {};
+    struct Property {
+        int size;           // of the value, or of a list's items
+        int countSize = 0;  // of a list's count; 0 for a single value
+    };
+    struct Element {
+        std::string name;
+        std::uint64_t count = 0;
+        std::vector<Property> properties;
+    };
+    std::vector<Element> elements;
+    bool binary = false, little = true;
+    std::istringstream header{std::string(file.substr(0, endHeader))};
+    for (std::string line; std::getline(header, line);) {
+        std::istringstream words(line);
+        std::string word, type, countType;
+        words >> word;
+        if (word == "format") {
+            words >> type;
+            binary = type.starts_with("binary_");
+            little = type == "binary_little_endian";
+        } else if (word == "element") {
+            elements.emplace_back();
+            words >> elements.back().name >> elements.back().count;
+        } else if (word == "property" && !elements.empty() && (words >> type)) {
+            if (type == "list" && (words >> countType >> type))
+                elements.back().properties.push_back({plyTypeSize(type), plyTypeSize(countType)});
+            else
+                elements.back().properties.push_back({plyTypeSize(type)});
+            if (elements.back().properties.back().size == 0) return {};
+        }
+    }
+    if (!binary) return {};
+
+    const std::uint64_t size = file.size();
+    std::uint64_t at = dataStart + 1;
+    auto shortAt = [](const Element& e, std::uint64_t row) {
+        return "it ends in " + e.name + " " + std::to_string(row) + " of " + std::to_string(e.count);
+    };
+    for (const Element& e : elements) {
+        std::uint64_t rowSize = 0;
+        bool lists = false;
+        for (const Property& p : e.properties) {
+            rowSize += p.size;
+            lists = lists || p.countSize != 0;
+        }
+        if (!lists) {
+            const std::uint64_t left = size - std::min(at, size);
+            if (rowSize != 0 && e.count > left / rowSize) return shortAt(e, left / rowSize);
+            at += e.count * rowSize;
+            continue;
+        }
+        for (std::uint64_t row = 0; row < e.count; ++row)
+            for (const Property& p : e.properties) {
+                std::uint64_t items = 1;
+                if (p.countSize != 0) {
+                    if (at + p.countSize > size) return shortAt(e, row);
+                    items = 0;
+                    for (int b = 0; b < p.countSize; ++b)
+                        items |= std::uint64_t(static_cast<unsigned char>(file[at + b]))
+                                 << 8 * (little ? b : p.countSize - 1 - b);
+                    at += p.countSize;
+                }
+                if (items > size || at + items * p.size > size) return shortAt(e, row);
+                at += items * p.size;
+            }
+    }
+    return {};
+}
+
+// The importer reads a binary PLY file cut short as if the missing bytes
+// were there.
+void refuseTruncatedBinaryPly(const std::string& path) {
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    struct stat status {};
+    if (fd < 0 || ::fstat(fd, &status) != 0 || status.st_size == 0) {
+        if (fd >= 0) ::close(fd);
+        return;  // the importer says what is wrong
+    }
+    const auto size = static_cast<std::size_t>(status.st_size);
+    void* mapped = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, fd, 0);
+    ::close(fd);
+    if (mapped == MAP_FAILED) return;
+    const std::string_view file(static_cast<const char*>(mapped), size);
+    const std::string problem = binaryPlyShortfall(file);
+    ::munmap(mapped, size);
+    if (!problem.empty()) throw CliError("'" + path + "' is cut short: " + problem);
+}
+
+// The placement of each mesh: that of the first node that uses it. OBJ,
+// PLY, STL and OFF files place nothing; a glTF scene places its meshes.
+void findPlacements(const aiNode* node, const aiMatrix4x4& parent, std::vector<aiMatrix4x4>& placement,
+                    std::vector<bool>& placed) {
+    if (node == nullptr) return;
+    const aiMatrix4x4 here = parent * node->mTransformation;
+    for (unsigned i = 0; i < node->mNumMeshes; ++i) {
+        const unsigned m = node->mMeshes[i];
+        if (m < placement.size() && !placed[m]) {
+            placement[m] = here;
+            placed[m] = true;
+        }
+    }
+    for (unsigned c = 0; c < node->mNumChildren; ++c) findPlacements(node->mChildren[c], here, placement, placed);
+}
+
 }  // namespace
 
 Mesh read(const std::string& path) {
     const std::string extension = lowerExtension(path);
-    if (extension != ".obj" && extension != ".ply")
-        throw CliError("'" + path + "' is not a mesh gritwell reads: give an .obj or a .ply file");
+    const Format* format = nullptr;
+    for (const Format& f : kFormats)
+        if (f.extension == extension) format = &f;
+    if (format == nullptr)
+        throw CliError("'" + path + "' is not a mesh gritwell reads: the formats it reads are " + formatList());
     if (std::ifstream probe(path, std::ios::binary); !probe)
         throw CliError("cannot read '" + path + "': " + std::strerror(errno));
     std::error_code ec;
     if (std::filesystem::is_directory(path, ec)) throw CliError("cannot read '" + path + "': it is a folder");
+    if (extension == ".ply") refuseTruncatedBinaryPly(path);
 
     Assimp::Importer importer;
     // No post-processing: the library's own joining of corners would also
@@ -64,9 +210,12 @@ Mesh read(const std::string& path) {
     // positions costs a fraction of one.
     const aiScene* scene = importer.ReadFile(path, 0);
     if (scene == nullptr) throw CliError("cannot read the mesh '" + path + "': " + importer.GetErrorString());
+    std::vector<aiMatrix4x4> placement(scene->mNumMeshes);
+    std::vector<bool> placed(scene->mNumMeshes);
+    findPlacements(scene->mRootNode, aiMatrix4x4(), placement, placed);
 
     Mesh mesh;
-    const bool joinCorners = extension == ".obj";
+    const bool joinCorners = format->cornerPerVertex;
     std::unordered_map<PositionKey, std::uint32_t, PositionHash> indexOf;
     std::vector<std::uint32_t> global;
     for (unsigned m = 0; m < scene->mNumMeshes; ++m) {
@@ -75,8 +224,9 @@ Mesh read(const std::string& path) {
         if (part->mNumVertices >= std::numeric_limits<std::int32_t>::max() - mesh.vertexCount())
             throw CliError("'" + path + "' has more vertices than gritwell paints at once (2^31 - 1)");
         global.resize(part->mNumVertices);
+        const bool moves = !placement[m].IsIdentity();
         for (unsigned v = 0; v < part->mNumVertices; ++v) {
-            const aiVector3D& p = part->mVertices[v];
+            const aiVector3D p = moves ? placement[m] * part->mVertices[v] : part->mVertices[v];
             const auto next = static_cast<std::uint32_t>(mesh.vertexCount());
             const std::uint32_t index = joinCorners ? indexOf.try_emplace(keyOf(p), next).first->second : next;
             if (index == next) mesh.positions.insert(mesh.positions.end(), {p.x, p.y, p.z});

@@ -8,6 +8,7 @@
 
 #include "AtomicOutput.h"
 #include "CliError.h"
+#include "Nearest.h"
 #include "core/Texture3D.h"
 #include "textures/TextureFactory.h"
 
@@ -76,9 +77,15 @@ LoadedRecord resolveRecord(const std::string& nameOrFile) {
         return {defaultRecord(*generator), generator, true};
     std::error_code ec;
     if (!std::filesystem::exists(nameOrFile, ec))
-        throw CliError("'" + nameOrFile +
-                       "' is neither a generator name nor a record file (see 'gritwell list')");
+        throw CliError("'" + nameOrFile + "' is neither a generator name nor a record file" +
+                       nearestGeneratorHint(nameOrFile) + " (see 'gritwell list')");
     return readRecordFile(nameOrFile);
+}
+
+std::string nearestGeneratorHint(const std::string& name) {
+    std::vector<std::string_view> names;
+    for (const GeneratorInfo* g : TextureFactory::allGenerators()) names.push_back(g->name);
+    return didYouMean(name, names);
 }
 
 void writeFileAtomically(const std::string& path, const void* data, std::size_t size) {

@@ -33,6 +33,9 @@ LoadedRecord readRecordFile(const std::string& path);
 // A generator name (its defaults) or a record file.
 LoadedRecord resolveRecord(const std::string& nameOrFile);
 
+// "; did you mean 'Brick'?" when `name` is close to a generator's name.
+std::string nearestGeneratorHint(const std::string& name);
+
 // Writes through a temporary file renamed into place (AtomicOutput), so an
 // interrupted or failed write never leaves a half-written file at `path`.
 void writeFileAtomically(const std::string& path, const void* data, std::size_t size);

@@ -1,5 +1,7 @@
 #include "RecordJson.h"
 
+#include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
@@ -7,6 +9,8 @@
 
 #include "CliError.h"
 #include "EnumLabels.h"
+#include "FieldGuide.h"
+#include "Nearest.h"
 #include "core/Texture3D.h"
 #include "textures/TextureFactory.h"
 
@@ -18,21 +22,16 @@ using Json = nlohmann::ordered_json;
 
 constexpr std::string_view kInteractiveUpdate = "interactiveUpdate";
 
-// The shortest decimal that reads back as the same float, so 0.1f shows as
-// 0.1 and not as the double nearest to it. JSON has no NaN or infinity:
-// those travel as the strings "nan", "inf" and "-inf".
-Json floatToJson(float v) {
-    if (std::isnan(v)) return "nan";
-    if (std::isinf(v)) return v > 0 ? "inf" : "-inf";
-    char text[32];
-    const auto end = std::to_chars(text, text + sizeof text, v).ptr;
-    return std::strtod(std::string(text, end).c_str(), nullptr);
+std::vector<std::string_view> fieldNames(const GeneratorInfo& generator) {
+    std::vector<std::string_view> names = {kInteractiveUpdate};
+    for (const FieldInfo& f : generator.fields) names.push_back(f.name);
+    return names;
 }
 
-std::string fieldNames(const GeneratorInfo& generator) {
-    std::string names = std::string(kInteractiveUpdate);
-    for (const FieldInfo& f : generator.fields) names += ", " + std::string(f.name);
-    return names;
+std::string joined(const std::vector<std::string_view>& words) {
+    std::string text;
+    for (const std::string_view w : words) text += (text.empty() ? "" : ", ") + std::string(w);
+    return text;
 }
 
 [[noreturn]] void badValue(const GeneratorInfo& generator, std::string_view field,
@@ -83,8 +82,8 @@ void setField(std::vector<unsigned char>& record, const GeneratorInfo& generator
     }
     const FieldInfo* f = generator.field(field);
     if (f == nullptr)
-        throw CliError("'" + std::string(generator.name) + "' has no field '" + std::string(field) +
-                       "' (fields: " + fieldNames(generator) + ")");
+        throw CliError("'" + std::string(generator.name) + "' has no field '" + std::string(field) + "'" +
+                       didYouMean(field, fieldNames(generator)) + " (fields: " + joined(fieldNames(generator)) + ")");
     switch (f->type) {
         case FieldType::Int32: writeIntField(record.data(), *f, parseInt(generator, field, text)); break;
         case FieldType::Float: writeFloatField(record.data(), *f, parseFloat(generator, field, text)); break;
@@ -93,6 +92,15 @@ void setField(std::vector<unsigned char>& record, const GeneratorInfo& generator
 }
 
 }  // namespace
+
+Json floatToJson(float v) {
+    // Not to the double nearest the float: 0.1f shows as 0.1.
+    if (std::isnan(v)) return "nan";
+    if (std::isinf(v)) return v > 0 ? "inf" : "-inf";
+    char text[32];
+    const auto end = std::to_chars(text, text + sizeof text, v).ptr;
+    return std::strtod(std::string(text, end).c_str(), nullptr);
+}
 
 Json recordToJson(const LoadedRecord& record) {
     const auto& bytes = record.bytes;
@@ -134,7 +142,8 @@ std::vector<unsigned char> recordFromJson(const Json& json) {
         throw CliError("a record in JSON needs a \"generator\" name");
     const std::string name = json["generator"].get<std::string>();
     const GeneratorInfo* generator = TextureFactory::find(name);
-    if (generator == nullptr) throw CliError("unknown generator '" + name + "' (see 'gritwell list')");
+    if (generator == nullptr)
+        throw CliError("unknown generator '" + name + "'" + nearestGeneratorHint(name) + " (see 'gritwell list')");
     std::vector<unsigned char> record = defaultRecord(*generator);
 
     for (const auto& [key, value] : json.items()) {
@@ -165,12 +174,66 @@ std::vector<unsigned char> recordFromJson(const Json& json) {
     return record;
 }
 
-void setFieldFromText(std::vector<unsigned char>& record, const GeneratorInfo& generator,
-                      const std::string& assignment) {
+namespace {
+
+// An enumeration's value by its label, as the dialog's list shows it (any
+// case); the text itself when it is a number.
+std::string valueForLabel(const GeneratorInfo& generator, std::string_view field, const std::string& text) {
+    const EnumLabels::Field* labels = EnumLabels::find(generator.name, field);
+    if (labels == nullptr) return text;
+    auto same = [](std::string_view a, std::string_view b) {
+        return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
+                   return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
+               });
+    };
+    std::vector<std::string_view> names;
+    for (const EnumLabels::Item& item : labels->items) {
+        if (same(item.label, text)) return std::to_string(item.value);
+        names.push_back(item.label);
+    }
+    std::int32_t number = 0;
+    const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (ec == std::errc() && end == text.data() + text.size() && !text.empty()) return text;
+    throw CliError("field '" + std::string(field) + "' of " + std::string(generator.name) +
+                   " is a number or one of the dialog's labels (" + joined(names) + "); '" + text + "' is neither" +
+                   didYouMean(text, names));
+}
+
+// Why the value stored in `f` is one the dialog would never give; empty when
+// it would.
+std::string outsideTheDialog(const std::vector<unsigned char>& record, const GeneratorInfo& generator,
+                             const FieldInfo& f) {
+    const FieldGuide::Entry* guide = FieldGuide::find(generator.name, f.name);
+    if (f.type == FieldType::Float && !std::isfinite(readFloatField(record.data(), f))) return "is not finite";
+    if (guide == nullptr || f.type == FieldType::Bool) return {};
+    const double v = f.type == FieldType::Float ? readFloatField(record.data(), f) : readIntField(record.data(), f);
+    if (guide->control == FieldGuide::Control::Number && (v < guide->minimum || v > guide->maximum))
+        return "is outside the dialog's range, " + std::string(guide->minimumText) + " to " +
+               std::string(guide->maximumText);
+    const EnumLabels::Field* labels = EnumLabels::find(generator.name, f.name);
+    if (guide->control == FieldGuide::Control::List && labels != nullptr) {
+        for (const EnumLabels::Item& item : labels->items)
+            if (item.value == v) return {};
+        return "is none of the dialog's items" + (labels->otherValues.empty()
+                                                      ? std::string(" (it shows no item)")
+                                                      : " (it shows " + std::string(labels->otherValues) + ")");
+    }
+    return {};
+}
+
+}  // namespace
+
+std::string setFieldFromText(std::vector<unsigned char>& record, const GeneratorInfo& generator,
+                             const std::string& assignment) {
     const auto eq = assignment.find('=');
     if (eq == std::string::npos || eq == 0)
         throw CliError("'" + assignment + "' is not FIELD=VALUE");
-    setField(record, generator, std::string_view(assignment).substr(0, eq), assignment.substr(eq + 1));
+    const std::string field = assignment.substr(0, eq), text = assignment.substr(eq + 1);
+    setField(record, generator, field, valueForLabel(generator, field, text));
+    const FieldInfo* f = generator.field(field);
+    const std::string why = f == nullptr ? std::string() : outsideTheDialog(record, generator, *f);
+    if (why.empty()) return why;
+    return field + "=" + text + " " + why + "; stored as given, for records are never clamped";
 }
 
 }  // namespace gritwell

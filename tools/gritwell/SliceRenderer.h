@@ -12,7 +12,10 @@ namespace gritwell {
 
 struct SliceView {
     int size = 256;        // pixels on a side
-    float z = 0.0f;
+    // Off the cell faces at z = 0, where solid patterns such as Brick,
+    // Grid and Spheres show only their joints or nothing: every generator
+    // but Constant shows its pattern here.
+    float z = 0.3f;
     float extent = 4.0f;   // texture units across
     bool planar = false;   // the host's planar flag
 };

@@ -3,10 +3,15 @@
 // meshes and renders slices through it, and reads and writes state records as
 // files and JSON.
 
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <optional>
 #include <iostream>
@@ -20,8 +25,10 @@
 #include "AtomicOutput.h"
 #include "CliError.h"
 #include "Colormap.h"
+#include "CommandLineErrors.h"
 #include "DialogCommand.h"
 #include "Gallery.h"
+#include "GeneratorGuide.h"
 #include "HostTransform.h"
 #include "MeshPainter.h"
 #include "MeshPreview.h"
@@ -66,6 +73,7 @@ struct Options {
     std::string mesh;
     std::string preview;
     int previewSize = 512;
+    std::vector<double> previewView;  // none, or yaw and pitch in turns
 };
 
 constexpr const char* kTransformOrder =
@@ -99,9 +107,8 @@ TransformData transformRecord(const Options& options) {
     return t;
 }
 
-void addTransformOptions(CLI::App* command, Options& options) {
+void addPlacementOptions(CLI::App* command, Options& options) {
     TransformOptions& o = options.transform;
-    command->add_option("--transform", o.file, "a 44-byte transform record file, as the host stores it");
     command->add_option("--offset", o.offset, "X,Y,Z: move the texture (default 0,0,0)")
         ->delimiter(',')->expected(3);
     command->add_option("--rotate", o.rotate, "X,Y,Z: turn the texture about x, y, z, in turns (0.25 is 90 degrees)")
@@ -111,12 +118,37 @@ void addTransformOptions(CLI::App* command, Options& options) {
     command->add_option("--overall", o.overall, "S: the overall scale (default 1)")->expected(1);
 }
 
+void addTransformOptions(CLI::App* command, Options& options) {
+    command->add_option("--transform", options.transform.file,
+                        "a 44-byte transform record file, as the host stores it ('gritwell transform new')");
+    addPlacementOptions(command, options);
+}
+
 Colormap::Map colormapOf(const Options& options) {
     const auto map = Colormap::find(options.colormap);
     if (!map)
         throw CliError("unknown colour map '" + options.colormap + "' (there are " + std::string(Colormap::names()) +
                        ")");
     return *map;
+}
+
+// A record argument as a file the command reads; a generator name reads
+// no file.
+CommandFile recordInput(const std::string& name, const std::string& target) {
+    return {name, TextureFactory::find(target) != nullptr ? std::string() : target};
+}
+
+// The extension names the format: a file called x.jpg never gets PNG bytes.
+// Standard output and devices have no name to go by.
+void requireExtension(const CommandFile& output, const std::string& extension, const std::string& what) {
+    struct stat status {};
+    if (output.path == "-" || (::stat(output.path.c_str(), &status) == 0 && !S_ISREG(status.st_mode))) return;
+    std::string given = std::filesystem::path(output.path).extension().string();
+    std::transform(given.begin(), given.end(), given.begin(), [](unsigned char c) { return std::tolower(c); });
+    if (given == extension) return;
+    const std::string formats = "; " + what + " are written as: " + extension;
+    if (given.empty()) throw CliError(output.name + " '" + output.path + "' has no extension to name its format" + formats);
+    throw CliError(output.name + " '" + output.path + "': " + given + " is not a format gritwell writes" + formats);
 }
 
 PluginLibrary& loadPlugin(const Options& options) {
@@ -150,13 +182,30 @@ void listGenerators() {
     if (!others.empty()) std::printf("\nIn the library, never opened by the host: %s\n", others.c_str());
 }
 
+void warn(const std::string& warning) {
+    if (!warning.empty()) std::cerr << "gritwell: warning: " << warning << '\n';
+}
+
+void describeGenerators(const std::string& name, bool json) {
+    if (name.empty()) {
+        std::cout << (json ? GeneratorGuide::listJson().dump(2) + "\n" : GeneratorGuide::listText());
+        return;
+    }
+    const GeneratorInfo* generator = TextureFactory::find(name);
+    if (generator == nullptr)
+        throw CliError("unknown generator '" + name + "'" + nearestGeneratorHint(name) + " (see 'gritwell info')");
+    std::cout << (json ? GeneratorGuide::generatorJson(*generator).dump(2) + "\n"
+                       : GeneratorGuide::generatorText(*generator));
+}
+
 // NAME's defaults, or the record of --from (whose generator NAME, when
 // given, must be); then the --set fields.
 void recordNew(const Options& options) {
+    checkCommandFiles({{"-o", options.output}}, {{"--from", options.from}});
     const GeneratorInfo* generator = nullptr;
     std::vector<unsigned char> record;
     if (!options.from.empty()) {
-        const LoadedRecord loaded = readRecordFile(options.from);
+        const LoadedRecord loaded = resolveRecord(options.from);
         if (!options.target.empty() && options.target != loaded.generator->name)
             throw CliError("'" + options.from + "' is a " + std::string(loaded.generator->name) + " record, not " +
                            options.target);
@@ -170,15 +219,21 @@ void recordNew(const Options& options) {
         if (options.target.empty()) throw CliError("record new needs a generator NAME or --from FILE");
         generator = TextureFactory::find(options.target);
         if (generator == nullptr)
-            throw CliError("unknown generator '" + options.target + "' (see 'gritwell list')");
+            throw CliError("unknown generator '" + options.target + "'" + nearestGeneratorHint(options.target) +
+                           " (see 'gritwell list')");
         record = defaultRecord(*generator);
     }
-    for (const std::string& assignment : options.assignments) setFieldFromText(record, *generator, assignment);
+    for (const std::string& assignment : options.assignments) warn(setFieldFromText(record, *generator, assignment));
     writeFileAtomically(options.output, record.data(), record.size());
 }
 
 // Sets fields of a record file in place: all of them or, on any error, none.
 void recordSet(const Options& options) {
+    if (TextureFactory::find(options.input) != nullptr)
+        throw CliError("'" + options.input + "' is a generator name, and record set changes a record file: make one "
+                       "with 'gritwell record new " + options.input + " -o FILE' (for a file of that name, give ./" +
+                       options.input + ")");
+    checkCommandFiles({{"FILE", options.input}});
     LoadedRecord loaded = readRecordFile(options.input);
     if (!loaded.currentVersion)
         throw CliError("'" + options.input + "' is not a current " + std::string(loaded.generator->name) +
@@ -186,15 +241,16 @@ void recordSet(const Options& options) {
                        options.input + " -o NEW'");
     if (options.assignments.empty()) throw CliError("record set needs at least one FIELD=VALUE");
     for (const std::string& assignment : options.assignments)
-        setFieldFromText(loaded.bytes, *loaded.generator, assignment);
+        warn(setFieldFromText(loaded.bytes, *loaded.generator, assignment));
     writeFileAtomically(options.input, loaded.bytes.data(), loaded.bytes.size());
 }
 
 void recordShow(const Options& options) {
-    std::cout << recordToJson(readRecordFile(options.input)).dump(2) << '\n';
+    std::cout << recordToJson(resolveRecord(options.input)).dump(2) << '\n';
 }
 
 void recordFromJsonFile(const Options& options) {
+    checkCommandFiles({{"-o", options.output}}, {{"FILE", options.input}});
     std::ifstream in(options.input);
     if (!in) throw CliError("cannot read '" + options.input + "'");
     nlohmann::ordered_json json;
@@ -205,6 +261,29 @@ void recordFromJsonFile(const Options& options) {
     }
     const std::vector<unsigned char> record = recordFromJson(json);
     writeFileAtomically(options.output, record.data(), record.size());
+}
+
+// A transform record from --from (or the defaults) and the given fields.
+void transformNew(const Options& options) {
+    checkCommandFiles({{"-o", options.output}}, {{"--from", options.transform.file}});
+    const TransformData t = transformRecord(options);
+    [[maybe_unused]] const HostTransform checked(t);  // refuses zero scales and fields that are not finite
+    char bytes[sizeof(TransformData)];
+    t.toBytes(bytes);
+    writeFileAtomically(options.output, bytes, sizeof bytes);
+}
+
+// A transform record as JSON, its keys named as the options that set them.
+void transformShow(const Options& options) {
+    const TransformData t = HostTransform::readFile(options.input);
+    nlohmann::ordered_json json;
+    json["flags"] = t.flags;
+    json["planar"] = (t.flags & 12) != 0;
+    json["offset"] = {floatToJson(t.xOffset), floatToJson(t.yOffset), floatToJson(t.zOffset)};
+    json["rotate"] = {floatToJson(t.xAngle), floatToJson(t.yAngle), floatToJson(t.zAngle)};
+    json["scale"] = {floatToJson(t.xScale), floatToJson(t.yScale), floatToJson(t.zScale)};
+    json["overall"] = floatToJson(t.overallScale);
+    std::cout << json.dump(2) << '\n';
 }
 
 // Points "x y z", one per line, from standard input; blank lines and lines
@@ -245,6 +324,9 @@ void evaluatePoints(const Options& options) {
 void renderPicture(const Options& options) {
     if (options.view.size < 1 || options.view.size > 8192) throw CliError("--size must be 1 to 8192");
     if (!(options.view.extent > 0.0f)) throw CliError("--extent must be positive");
+    checkCommandFiles({{"-o", options.output}},
+                      {recordInput("TARGET", options.target), {"--transform", options.transform.file}});
+    requireExtension({"-o", options.output}, ".png", "pictures");
     const Colormap::Map map = colormapOf(options);
     const LoadedRecord record = resolveForEvaluation(options.target);
     const TransformData transforms = transformRecord(options);
@@ -260,6 +342,13 @@ void renderPicture(const Options& options) {
 // reported before the work, and written only when everything succeeded.
 void paintMesh(const Options& options) {
     if (options.previewSize < 16 || options.previewSize > 4096) throw CliError("--preview-size must be 16 to 4096");
+    std::vector<CommandFile> outputs = {{"-o", options.output}};
+    if (!options.preview.empty()) outputs.push_back({"--preview", options.preview});
+    checkCommandFiles(outputs, {{"MESH", options.mesh},
+                                recordInput("TARGET", options.target),
+                                {"--transform", options.transform.file}});
+    requireExtension(outputs[0], ".ply", "painted meshes");
+    if (!options.preview.empty()) requireExtension(outputs[1], ".png", "pictures");
     const Colormap::Map map = colormapOf(options);
     const LoadedRecord record = resolveForEvaluation(options.target);
     const TransformData transforms = transformRecord(options);
@@ -282,13 +371,16 @@ void paintMesh(const Options& options) {
     if (preview) {
         MeshPreview::View view;
         view.size = options.previewSize;
+        if (!options.previewView.empty()) {
+            view.yawTurns = options.previewView[0];
+            view.pitchTurns = options.previewView[1];
+        }
         view.map = map;
         png = encodePng(MeshPreview::render(mesh, values, view));
         if (std::fwrite(png.data(), 1, png.size(), preview->file()) != png.size())
             throw CliError("cannot write '" + options.preview + "': " + std::strerror(errno));
     }
-    ply.commit();
-    if (preview) preview->commit();
+    AtomicOutput::commitAll({&ply, preview ? &*preview : nullptr});
 }
 
 // --simd LEVEL: the instruction set of this process's core and of the
@@ -303,13 +395,18 @@ void requestSimdLevel(const std::string& name) {
                   << name << " runs " << simdLevelName(simdLevel()) << '\n';
 }
 
-void galleryPicture(const Options& options) { writePng(options.output, renderGallery(loadPlugin(options))); }
+void galleryPicture(const Options& options) {
+    checkCommandFiles({{"-o", options.output}});
+    requireExtension({"-o", options.output}, ".png", "pictures");
+    writePng(options.output, renderGallery(loadPlugin(options)));
+}
 
 }  // namespace
 
 int main(int argc, char** argv) {
     CLI::App app{"gritwell: procedural textures from the command line, through GritwellPlugin.so"};
     app.require_subcommand(1);
+    app.set_version_flag("--version", "gritwell " GRITWELL_VERSION);
     Options options;
     app.add_option("--plugin", options.pluginPath, "the plug-in to load (default: beside this program)");
     // Its callback runs before any command's, so the choice holds for the whole run.
@@ -320,6 +417,14 @@ int main(int argc, char** argv) {
     app.add_subcommand("list", "the generators the host can open, with version and record size")
         ->callback(listGenerators);
 
+    bool json = false;
+    CLI::App* info = app.add_subcommand(
+        "info", "the generators, each in a line; or every field of one: type, default, the range the dialog "
+                "allows, its meaning and an enumeration's values");
+    info->add_option("NAME", options.target, "a generator's name");
+    info->add_flag("--json", json, "as JSON, for scripts");
+    info->callback([&] { describeGenerators(options.target, json); });
+
     CLI::App* record = app.add_subcommand("record", "write, show and convert state records");
     record->require_subcommand(1);
     CLI::App* recordNewCmd = record->add_subcommand(
@@ -327,8 +432,8 @@ int main(int argc, char** argv) {
     recordNewCmd->add_option("NAME", options.target,
                              "generator name, e.g. Checkerboard (may be left out with --from)");
     recordNewCmd->add_option("--from", options.from,
-                             "start from this record file instead of the defaults (an older version is converted "
-                             "as the plug-in converts it)");
+                             "start from this record file (or generator name) instead of the defaults (an older "
+                             "version is converted as the plug-in converts it)");
     recordNewCmd->add_option("--set", options.assignments, "FIELD=VALUE, repeatable");
     recordNewCmd->add_option("-o,--output", options.output, "the record file to write")->required();
     recordNewCmd->callback([&] { recordNew(options); });
@@ -341,7 +446,7 @@ int main(int argc, char** argv) {
 
     CLI::App* recordShowCmd = record->add_subcommand(
         "show", "print a record as JSON, with the dialog's labels of its enumeration fields");
-    recordShowCmd->add_option("FILE", options.input, "a record file")->required();
+    recordShowCmd->add_option("TARGET", options.input, "generator name (its defaults) or record file")->required();
     recordShowCmd->callback([&] { recordShow(options); });
 
     CLI::App* fromJson = record->add_subcommand("from-json", "write a record from its JSON form");
@@ -351,6 +456,20 @@ int main(int argc, char** argv) {
 
     record->add_subcommand("formats", "the record layouts of every generator, as a Markdown table")
         ->callback([] { std::cout << recordFormatsMarkdown(); });
+
+    CLI::App* transform = app.add_subcommand("transform", "write and show transform records (where the texture sits)");
+    transform->require_subcommand(1);
+    CLI::App* transformNewCmd = transform->add_subcommand(
+        "new", "a 44-byte transform record, as the host keeps it: the defaults (or --from FILE's) and the given fields");
+    transformNewCmd->add_option("--from", options.transform.file, "start from this transform record file");
+    transformNewCmd->add_flag("--planar", options.planar, "set the host's planar flag");
+    addPlacementOptions(transformNewCmd, options);
+    transformNewCmd->add_option("-o,--output", options.output, "the transform record file to write")->required();
+    transformNewCmd->footer(kTransformOrder);
+    transformNewCmd->callback([&] { transformNew(options); });
+    CLI::App* transformShowCmd = transform->add_subcommand("show", "print a transform record as JSON");
+    transformShowCmd->add_option("FILE", options.input, "a transform record file")->required();
+    transformShowCmd->callback([&] { transformShow(options); });
 
     CLI::App* eval = app.add_subcommand("eval", "values at points 'x y z' read one per line from standard input");
     eval->add_option("TARGET", options.target, "generator name (its defaults) or record file")->required();
@@ -362,7 +481,7 @@ int main(int argc, char** argv) {
     CLI::App* render = app.add_subcommand("render", "a PNG of the slice z = Z, grey or through a colour map");
     render->add_option("TARGET", options.target, "generator name (its defaults) or record file")->required();
     render->add_option("--size", options.view.size, "pixels on a side (default 256)");
-    render->add_option("--z", options.view.z, "the slice's z (default 0)");
+    render->add_option("--z", options.view.z, "the slice's z (default 0.3)");
     render->add_option("--extent", options.view.extent, "texture units across, from 0 (default 4)");
     render->add_flag("--planar", options.planar, "evaluate in the x/y plane");
     addTransformOptions(render, options);
@@ -373,9 +492,9 @@ int main(int argc, char** argv) {
     render->callback([&] { renderPicture(options); });
 
     CLI::App* paint = app.add_subcommand(
-        "paint", "evaluate every vertex of an OBJ or PLY mesh and write it as PLY with the intensities and grey "
+        "paint", "evaluate every vertex of a mesh and write it as PLY with the intensities and grey "
                  "colours; progress on a terminal");
-    paint->add_option("MESH", options.mesh, "an .obj or .ply mesh")->required();
+    paint->add_option("MESH", options.mesh, "a mesh: .obj, .ply, .stl, .off, .gltf or .glb")->required();
     paint->add_option("TARGET", options.target, "generator name (its defaults) or record file")->required();
     paint->add_option("-o,--output", options.output, "the PLY to write (binary little-endian)")->required();
     paint->add_flag("--planar", options.planar, "evaluate in the x/y plane");
@@ -383,6 +502,10 @@ int main(int argc, char** argv) {
     paint->add_option("--preview", options.preview, "also write a PNG picture of the painted mesh");
     paint->add_option("--preview-size", options.previewSize, "the picture's pixels on a side (default 512)");
     paint->add_option("--colormap", options.colormap, "the picture's colours: grey (default), heat or viridis");
+    paint->add_option("--view", options.previewView,
+                      "YAW,PITCH: the picture's camera, in turns: the model turned about its vertical axis (0 "
+                      "looks at it along -z, from its +z side), then tipped towards the viewer (default 0.07,0.03)")
+        ->delimiter(',')->expected(2);
     paint->footer(std::string(kTransformOrder) +
                   "\n\nCtrl-C leaves the output files as they were. Exit status 2 for bad input, 1 when the "
                   "plug-in cannot be loaded, 130 when interrupted.");
@@ -403,7 +526,7 @@ int main(int argc, char** argv) {
     dialog->add_option("--transform-out", dialogOptions.transformOutput,
                        "where to write the transform record afterwards (after Cancel too: the host keeps it)");
     CLI::Option* noPreview = dialog->add_flag("!--no-preview", dialogOptions.preview, "no preview window");
-    dialog->add_option("--mesh", dialogOptions.mesh, "the preview's .obj or .ply mesh (default: the sample bust)")
+    dialog->add_option("--mesh", dialogOptions.mesh, "the preview's mesh (default: the sample bust)")
         ->excludes(noPreview);
     dialog->add_option("--preview-size", dialogOptions.previewSize,
                        "the preview's pictures' pixels on a side (default 256)")
@@ -415,12 +538,16 @@ int main(int argc, char** argv) {
                    "display.");
     dialog->callback([&] { runDialog(dialogOptions, [&]() -> PluginLibrary& { return loadPlugin(options); }); });
 
+    if (const std::optional<std::string> unknown = unknownCommand(app, argc, argv)) {
+        std::cerr << "gritwell: " << *unknown << '\n';
+        return CliError::kBadInput;
+    }
     try {
         app.parse(argc, argv);
-    } catch (const CLI::CallForHelp& e) {
+    } catch (const CLI::Success& e) {
         return app.exit(e);
     } catch (const CLI::ParseError& e) {
-        std::cerr << "gritwell: " << e.what() << "\nRun 'gritwell --help' for the commands.\n";
+        std::cerr << "gritwell: " << describeParseError(app, e) << '\n';
         return CliError::kBadInput;
     } catch (const CliError& e) {
         std::cerr << "gritwell: " << e.what() << '\n';

@@ -1,0 +1,68 @@
+#!/usr/bin/env python3
+"""Times `gritwell paint` on a mesh of a million vertices and faces, read from
+OBJ and from binary PLY, and prints the benchmark table's section on it;
+writes the README's sentence on painting, with the evaluation's share taken
+from the generators' table.
+
+    paint_table.py GRITWELL REPETITIONS README_PART BRICK_NS VORONOI_NS
+
+BRICK_NS and VORONOI_NS are the table's nanoseconds per point at the
+defaults. Called by table.sh.
+"""
+
+import os
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+
+SIDE = 1000  # vertices along each side of the grid: 10^6 vertices, 999^2 faces
+
+
+def write_grid(path):
+    """A wavy square grid of quads, the same bytes on every run."""
+    with open(path, "w") as f:
+        for j in range(SIDE):
+            f.write("".join(f"v {i * 0.004:g} {j * 0.004:g} {0.1 * ((i * j) % 7):g}\n" for i in range(SIDE)))
+        for j in range(SIDE - 1):
+            row = j * SIDE + 1
+            f.write("".join(f"f {a} {a + 1} {a + SIDE + 1} {a + SIDE}\n" for a in range(row, row + SIDE - 1)))
+
+
+def median_seconds(command, repetitions):
+    times = []
+    for _ in range(repetitions):
+        start = time.perf_counter()
+        subprocess.run(command, check=True, stdout=subprocess.DEVNULL)
+        times.append(time.perf_counter() - start)
+    return statistics.median(times)
+
+
+def main():
+    gritwell, reps, readme_part = sys.argv[1], int(sys.argv[2]), sys.argv[3]
+    evaluation = {"Brick": float(sys.argv[4]), "Voronoi": float(sys.argv[5])}
+    with tempfile.TemporaryDirectory() as folder:
+        obj, ply = os.path.join(folder, "grid.obj"), os.path.join(folder, "grid.ply")
+        write_grid(obj)
+        subprocess.run([gritwell, "paint", obj, "Constant", "-o", ply], check=True)
+        seconds = {(mesh, g): median_seconds([gritwell, "paint", path, g, "-o", os.path.join(folder, "out.ply")], reps)
+                   for mesh, path in (("OBJ", obj), ("binary PLY", ply)) for g in evaluation}
+    out = ["## Painting a mesh\n",
+           f"`gritwell paint` on a grid of {SIDE * SIDE} vertices and {(SIDE - 1) ** 2} quads, from reading the "
+           f"mesh to writing the painted PLY; seconds, the median of {reps} runs on {time.strftime('%Y-%m-%d')}. "
+           "The evaluation alone is the generator's nanoseconds per point above, times a million.\n",
+           "| mesh | " + " | ".join(evaluation) + " |", "|---|" + "---:|" * len(evaluation)]
+    for mesh in ("OBJ", "binary PLY"):
+        out.append(f"| {mesh} | " + " | ".join(f"{seconds[(mesh, g)]:.2f}" for g in evaluation) + " |")
+    print("\n" + "\n".join(out))
+    with open(readme_part, "w") as f:
+        f.write(f"A mesh of a million vertices and faces paints with Brick in about "
+                f"{seconds[('OBJ', 'Brick')]:.1f} s from OBJ and {seconds[('binary PLY', 'Brick')]:.1f} s from\n"
+                f"binary PLY (one core of a busy machine; [docs/benchmarks.md](docs/benchmarks.md)), most of it\n"
+                f"reading and writing files: the evaluation itself is {evaluation['Brick'] / 1000:.2f} s for Brick and "
+                f"{evaluation['Voronoi'] / 1000:.2f} s for Voronoi.\n")
+
+
+if __name__ == "__main__":
+    main()
