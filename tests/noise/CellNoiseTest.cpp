@@ -31,6 +31,8 @@ TEST(CellNoise, WorkedHashOfAnotherCell) {
     const std::uint32_t h = n * (n * n * 15731u + 789221u) + 1376312589u;
     EXPECT_EQ(CellNoise::cellNoise(1.5f, 0.5f), static_cast<float>(h) / 4294967296.0f);
     EXPECT_EQ(CellNoise::cellNoise(1.5f), static_cast<float>((h & 0x7fffffffu) / 2147483647.0));
+    // Cell -36, where dividing by 2^31 instead would round one float lower.
+    EXPECT_EQ(CellNoise::cellNoise(-35.5f), 0x1.26b61ap-7f);
 }
 
 TEST(CellNoise, NonFiniteCoordinatesGiveAValue) {

@@ -208,6 +208,19 @@ TEST(Weave, PlainWeaveShadingDarkensTheThreadUnderneathAtTheCellMiddle) {
     expectValues(wide, {{-1.0f, 0.3f, 0.0f, 0.918832242f}, {-1.0f, 0.5f, 0.0f, 1.0f}});
 }
 
+TEST(Weave, PlainWeaveFractionReachesTheShadingUnrounded) {
+    // Below zero the fraction 1 - |fmod(x, 1)| needs one bit more than a
+    // float holds. (Rounded to float it gives 0.768778205, 0.784873664,
+    // 0.858950317 and 0.939997137.)
+    WeaveTexture3D t;
+    expectValues(t, {
+        {-0.150700003f, 0.5f, 0.0f, 0.768778265f},
+        {-0.164399996f, 0.5f, 0.0f, 0.784873724f},
+        {-0.232899994f, 0.5f, 0.0f, 0.858950257f},
+        {-0.328799993f, 0.5f, 0.0f, 0.939997196f},
+    });
+}
+
 TEST(Weave, EveryOtherPatternIsAHerringboneOfTwoCellBands) {
     WeaveTexture3D t;
     makeFlatTones(t);

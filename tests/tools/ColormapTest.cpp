@@ -87,6 +87,17 @@ TEST(Colormap, StopsLevelsAndTheGreyOfPaintedMeshes) {
     EXPECT_EQ(heat.samples[9], 65535);
 }
 
+TEST(SliceRenderer, SamplesPixelCentresTopRowFirstWithYUp) {
+    const BatchEvaluator probe = [](const float* p, int n, float* out) {
+        for (int i = 0; i < n; ++i) out[i] = p[3 * i] + 10.0f * p[3 * i + 1] + 100.0f * p[3 * i + 2];
+    };
+    SliceView view;
+    view.size = 2;
+    view.z = 0.25f;
+    // Centres at 1 and 3 across 4 units; the top row is y = 3.
+    EXPECT_EQ(sliceValues(probe, view), (std::vector<float>{56, 58, 36, 38}));
+}
+
 TEST(PngWriter, SamplesArriveAsGivenAtEitherDepth) {
     for (const int depth : {8, 16}) {
         for (const int channels : {1, 3}) {
