@@ -251,15 +251,21 @@ void recordShow(const Options& options) {
 
 void recordFromJsonFile(const Options& options) {
     checkCommandFiles({{"-o", options.output}}, {{"FILE", options.input}});
+    std::error_code ec;
+    if (std::filesystem::is_directory(options.input, ec))
+        throw CliError("cannot read '" + options.input + "': it is a folder");
     std::ifstream in(options.input);
-    if (!in) throw CliError("cannot read '" + options.input + "'");
-    nlohmann::ordered_json json;
+    if (!in) throw CliError("cannot read '" + options.input + "': " + std::strerror(errno));
+    std::vector<unsigned char> record;
     try {
-        json = nlohmann::ordered_json::parse(in);
+        record = recordFromJson(nlohmann::ordered_json::parse(in));
     } catch (const nlohmann::json::parse_error& e) {
         throw CliError("'" + options.input + "' is not valid JSON: " + e.what());
+    } catch (const nlohmann::json::exception& e) {
+        // A number beyond a double (1e400) is the library's out_of_range,
+        // not a parse_error; none of its exceptions may end the program.
+        throw CliError("'" + options.input + "' is not a record in JSON: " + e.what());
     }
-    const std::vector<unsigned char> record = recordFromJson(json);
     writeFileAtomically(options.output, record.data(), record.size());
 }
 
@@ -552,6 +558,10 @@ int main(int argc, char** argv) {
     } catch (const CliError& e) {
         std::cerr << "gritwell: " << e.what() << '\n';
         return e.status();
+    } catch (const nlohmann::json::exception& e) {
+        // Each reader says which file; this is the net under them all.
+        std::cerr << "gritwell: " << e.what() << '\n';
+        return CliError::kBadInput;
     }
     return 0;
 }
