@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <sstream>
 
 #include "CliError.h"
 #include "EnumLabels.h"
@@ -180,6 +181,29 @@ std::vector<unsigned char> recordFromJson(const Json& json) {
         }
     }
     return record;
+}
+
+std::vector<unsigned char> recordFromJsonStream(std::istream& in, const std::string& name) {
+    try {
+        return recordFromJson(Json::parse(in));
+    } catch (const nlohmann::json::parse_error& e) {
+        throw CliError("'" + name + "' is not valid JSON: " + e.what());
+    } catch (const nlohmann::json::exception& e) {
+        // A number beyond a double (1e400) is the library's out_of_range,
+        // not a parse_error; none of its exceptions may end the program.
+        throw CliError("'" + name + "' is not a record in JSON: " + e.what());
+    }
+}
+
+bool readPointLine(const std::string& line, long lineNumber, float xyz[3]) {
+    const auto first = line.find_first_not_of(" \t\r");
+    if (first == std::string::npos || line[first] == '#') return false;
+    std::istringstream fields(line);
+    std::string rest;
+    if (!(fields >> xyz[0] >> xyz[1] >> xyz[2]) || (fields >> rest))
+        throw CliError("line " + std::to_string(lineNumber) + ": expected three numbers 'x y z', got '" + line +
+                       "'");
+    return true;
 }
 
 namespace {
