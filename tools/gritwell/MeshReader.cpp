@@ -116,7 +116,7 @@ std::string readPlyHeader(std::string_view file, std::vector<PlyElement>& elemen
         words >> word;
         const std::string where = "line " + std::to_string(number) + " of its header";
         if (word == "end_header") break;
-        if (word == "comment" || word == "obj_info") continue;
+        if (word.empty() || word == "comment" || word == "obj_info") continue;
         if (word == "format") {
             std::string version;
             words >> type >> version;
