@@ -78,7 +78,7 @@ case "${1:-gallery}" in
     install_missing "${fuzz_packages[@]}"
     cmake -S . -B build-fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER=clang++ \
       -DGRITWELL_FUZZ=ON -DGRITWELL_BUILD_TESTS=OFF -DGRITWELL_BUILD_BENCHMARKS=OFF >/dev/null
-    targets=(records session vector_text)
+    targets=(records session vector_text mesh record_json record_file transform_file eval_text)
     cmake --build build-fuzz -j "$(nproc)" --target "${targets[@]/#/fuzz_}"
     mkdir -p build-fuzz/artifacts
     for t in "${targets[@]}"; do

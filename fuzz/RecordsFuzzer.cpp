@@ -1,7 +1,8 @@
 // Damaged state records: every generator adopts a record whose header is
 // valid and whose body is arbitrary, is evaluated at hard points in 3-D and
 // planar mode, and writes its record back. Older Brick and Weave layouts go
-// through their conversions.
+// through their conversions. Each batch runs past the 256-point block, at
+// every instruction-set level.
 //
 // Input: generator selector, mode byte, up to 256 record bytes after the
 // header, then points (see FuzzInput::coordinate).
@@ -15,11 +16,13 @@
 #include <vector>
 
 #include "FuzzInput.h"
+#include "core/SimdLevel.h"
 #include "core/Texture3D.h"
 #include "textures/TextureFactory.h"
 
 using gritwell::BaseData;
 using gritwell::GeneratorInfo;
+using gritwell::SimdLevel;
 using gritwell::TexturePtr;
 using gritwell::fuzz::FuzzInput;
 
@@ -27,6 +30,7 @@ namespace {
 
 constexpr std::size_t kHostRecordBuffer = 256;  // the host's state-record buffer
 constexpr std::size_t kMaxPoints = 16;
+constexpr std::size_t kBatchPoints = 300;
 constexpr int kFlagModes[] = {2, 4};  // 3-D, then the x/y plane
 
 // The layouts the library still converts.
@@ -76,22 +80,33 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         ++n;
     }
     const std::size_t fixed = sizeof kFixedPoints / sizeof kFixedPoints[0];
-    std::vector<float> batch(3 * (n + fixed));
-    std::memcpy(batch.data(), points, sizeof(float) * 3 * n);
-    std::memcpy(batch.data() + 3 * n, kFixedPoints, sizeof kFixedPoints);
-    const int count = static_cast<int>(n + fixed);
+    std::vector<float> given(3 * (n + fixed));
+    std::memcpy(given.data(), points, sizeof(float) * 3 * n);
+    std::memcpy(given.data() + 3 * n, kFixedPoints, sizeof kFixedPoints);
+    // Repeated past the batch loop's 256-point block, so the split and the
+    // part block after it are evaluated too.
+    std::vector<float> batch(3 * kBatchPoints);
+    for (std::size_t i = 0; i < batch.size(); ++i) batch[i] = given[i % given.size()];
+    const int count = static_cast<int>(kBatchPoints);
 
+    // Any NaN matches any NaN, as the vector paths may keep the other
+    // operand's NaN where two meet.
+    auto same = [](float a, float b) { return std::isnan(a) ? std::isnan(b) : std::memcmp(&a, &b, sizeof a) == 0; };
     for (const int flags : kFlagModes) {
         texture->setFlags(flags);
-        std::vector<float> out(static_cast<std::size_t>(count));
-        (*texture)(batch.data(), count, out.data());
-        for (int i = 0; i < count; ++i) {
-            const float one = (*texture)(batch.data() + 3 * i);
-            // The batch and the single point agree bit for bit; any NaN
-            // matches any NaN, as the vector paths may keep the other
-            // operand's NaN where two meet.
-            const float many = out[static_cast<std::size_t>(i)];
-            if (std::isnan(one) ? !std::isnan(many) : std::memcmp(&one, &many, sizeof one) != 0) fail();
+        std::vector<float> first;
+        for (const SimdLevel level : {SimdLevel::kScalar, SimdLevel::kAvx2, SimdLevel::kAvx512}) {
+            gritwell::setSimdLevel(level);
+            std::vector<float> out(static_cast<std::size_t>(count));
+            (*texture)(batch.data(), count, out.data());
+            // The batch and the single point agree bit for bit, at every
+            // level, and every level agrees with the scalar one.
+            for (int i = 0; i < count; ++i) {
+                const float many = out[static_cast<std::size_t>(i)];
+                if (!same((*texture)(batch.data() + 3 * i), many)) fail();
+                if (!first.empty() && !same(first[static_cast<std::size_t>(i)], many)) fail();
+            }
+            if (first.empty()) first = std::move(out);
         }
     }
 

@@ -1,6 +1,8 @@
 // The host boundary: sessions opened from an arbitrary 256-byte record block
 // (unterminated names, wrong sizes, any version), batches of arbitrary
-// counts and points, single points, and endSession at any moment.
+// counts and points, single points, and endSession at any moment; at every
+// instruction-set level, with batches long enough to be split into blocks,
+// and with blocks at addresses no float may start at.
 //
 // Input: a 256-byte record block, then operations until the bytes run out.
 
@@ -10,6 +12,7 @@
 #include <vector>
 
 #include "FuzzInput.h"
+#include "core/SimdLevel.h"
 #include "plugin/HostInterface.h"
 
 using gritwell::fuzz::FuzzInput;
@@ -42,6 +45,27 @@ void continueWith(FuzzInput& in) {
                     block.data(), in.value<std::int32_t>(), nullptr);
 }
 
+// A long batch, past the batch loop's 256-point blocks and the entry
+// point's 1024-point copies: a few points of the input repeated along a
+// step, in a block shifted off float alignment by 0 to 3 bytes.
+void continueLongWith(FuzzInput& in) {
+    const int count = kMaxBatch + in.value<std::uint16_t>() % 2048;
+    const std::size_t shift = in.byte() % 4;
+    float pattern[3 * 4], step[3];
+    for (float& c : pattern) c = in.coordinate();
+    for (float& c : step) c = in.coordinate();
+    std::vector<char> block(shift + sizeof(int) + sizeof(float) * 3 * static_cast<std::size_t>(count));
+    std::memcpy(block.data() + shift, &count, sizeof count);
+    for (int i = 0; i < count; ++i)
+        for (int k = 0; k < 3; ++k) {
+            const float c = pattern[3 * (i % 4) + k] + step[k] * static_cast<float>(i / 4);
+            std::memcpy(block.data() + shift + sizeof(int) + sizeof(float) * (3 * static_cast<std::size_t>(i) + k),
+                        &c, sizeof c);
+        }
+    std::vector<char> out(shift + sizeof(float) * static_cast<std::size_t>(count));
+    continueSession(nullptr, 0.0, out.data() + shift, 0, block.data() + shift, 0, nullptr);
+}
+
 void continueOneWith(FuzzInput& in) {
     float p[3];
     for (float& c : p) c = in.coordinate();
@@ -67,7 +91,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     in.bytes(record.get(), kRecordBlock);
     beginWith(in, record.get());
     for (int op = 0; op < kMaxOperations && in.remaining() != 0; ++op) {
-        switch (in.byte() % 6) {
+        switch (in.byte() % 8) {
             case 0:
             case 1: continueWith(in); break;
             case 2: continueOneWith(in); break;
@@ -79,6 +103,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                 record[at] = static_cast<char>(in.byte());
                 break;
             }
+            case 6: continueLongWith(in); break;
+            case 7:
+                // Held to a lower level where the processor runs a higher one.
+                gritwell::setSimdLevel(static_cast<gritwell::SimdLevel>(in.byte() % 3));
+                break;
         }
     }
     // continueSession with no block at all, inside and outside a session.

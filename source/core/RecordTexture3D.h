@@ -24,6 +24,7 @@
 // Its .cpp instantiates `template class RecordTexture3D<G>;` beside
 // `evaluate`, so the batch loop is compiled where the evaluator can inline.
 
+#include <cstddef>
 #include <cstring>
 #include <iosfwd>
 #include <new>
@@ -52,8 +53,10 @@ public:
         const auto& r = record();
         const int f = flags();
         if constexpr (requires { Derived::evaluateBlock(r, f, points, n, out); }) {
-            for (int start = 0; start < n; start += kBlockPoints)
-                Derived::evaluateBlock(r, f, points + 3 * start, n - start < kBlockPoints ? n - start : kBlockPoints,
+            // 64-bit offsets: 3 * start overflows an int past 715 million points.
+            for (std::ptrdiff_t start = 0; start < n; start += kBlockPoints)
+                Derived::evaluateBlock(r, f, points + 3 * start,
+                                       n - start < kBlockPoints ? static_cast<int>(n - start) : kBlockPoints,
                                        out + start);
         } else {
             evaluateEach(r, f, points, n, out);

@@ -5,6 +5,8 @@
 
 #include <dlfcn.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstring>
 
 #include "core/SimdLevel.h"
@@ -33,6 +35,27 @@ void followRequestedSimdLevel() {
     if (level >= static_cast<int>(gritwell::SimdLevel::kScalar) &&
         level <= static_cast<int>(gritwell::SimdLevel::kAvx512))
         gritwell::setSimdLevel(static_cast<gritwell::SimdLevel>(level));
+}
+
+bool floatAligned(const char* p) { return reinterpret_cast<std::uintptr_t>(p) % alignof(float) == 0; }
+
+// The host's blocks usually start where a float may, and are evaluated in
+// place. One that does not (the host owes us no alignment) goes through
+// aligned copies a chunk at a time, so no generator ever reads or writes a
+// float at an address it may not.
+void evaluateAnywhere(Texture3D& texture, const char* points, int n, char* out) {
+    if (floatAligned(points) && floatAligned(out)) {
+        texture(reinterpret_cast<const float*>(points), n, reinterpret_cast<float*>(out));
+        return;
+    }
+    constexpr int kChunk = 1024;
+    float chunkPoints[3 * kChunk], chunkOut[kChunk];
+    for (std::int64_t start = 0; start < n; start += kChunk) {
+        const int count = static_cast<int>(std::min<std::int64_t>(kChunk, n - start));
+        std::memcpy(chunkPoints, points + 3 * sizeof(float) * start, 3 * sizeof(float) * count);
+        texture(chunkPoints, count, chunkOut);
+        std::memcpy(out + sizeof(float) * start, chunkOut, sizeof(float) * count);
+    }
 }
 }  // namespace
 
@@ -63,8 +86,7 @@ GRITWELL_EXPORT float continueSession(char*, double, char* out, int, char* point
     int n;
     std::memcpy(&n, pointsBlock, sizeof n);
     if (t3D == nullptr || out == nullptr) return 1.0f;
-    const auto* points = reinterpret_cast<const float*>(pointsBlock + sizeof n);
-    (*t3D)(points, n, reinterpret_cast<float*>(out));
+    evaluateAnywhere(*t3D, pointsBlock + sizeof n, n, out);
     return 1.0f;
 }
 

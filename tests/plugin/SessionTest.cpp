@@ -168,3 +168,26 @@ TEST_F(HostSession, DamagedRecordsAndPointsAreSurvived) {
     const std::vector<float> out = batch({nan, nan, nan, inf, -inf, 1e30f, -1e38f, 0.0f, nan}, 3);
     EXPECT_EQ(out[3], -9.0f);
 }
+
+TEST_F(HostSession, BlocksAtAnyAddressGiveTheSameValues) {
+    // The host owes us no alignment: its point block and output may start at
+    // any byte. Enough points for several of the copies a misaligned block
+    // goes through, and a part one at the end.
+    CheckerboardTexture3D checker;
+    begin(recordOf(checker));
+    const int n = 2500;
+    std::vector<float> points(3 * n);
+    for (std::size_t i = 0; i < points.size(); ++i) points[i] = 0.37f * static_cast<float>(i % 97) - 11.0f;
+    const std::vector<float> aligned = batch(points, n);
+    for (const std::size_t shift : {1, 2, 3}) {
+        std::vector<char> block(shift + sizeof(int) + sizeof(float) * points.size());
+        std::memcpy(block.data() + shift, &n, sizeof n);
+        std::memcpy(block.data() + shift + sizeof n, points.data(), sizeof(float) * points.size());
+        std::vector<char> out(shift + sizeof(float) * (n + 1), 7);
+        plugin().continueSession(nullptr, 0.0, out.data() + shift, 0, block.data() + shift, 0, nullptr);
+        std::vector<float> values(n);
+        std::memcpy(values.data(), out.data() + shift, sizeof(float) * n);
+        EXPECT_EQ(values, std::vector<float>(aligned.begin(), aligned.end() - 1)) << "shifted by " << shift;
+        EXPECT_EQ(out.back(), 7) << "wrote past the count, shifted by " << shift;
+    }
+}

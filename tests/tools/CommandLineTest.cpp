@@ -222,6 +222,12 @@ TEST_F(CommandLine, BadInputGetsAClearMessageAndStatusTwo) {
     std::ofstream(path("unterminated.rec"), std::ios::binary) << unterminated;
     ASSERT_EQ(run("record new Checkerboard -o c.rec").status, 0);
     std::ofstream(path("cut.rec"), std::ios::binary) << readText(path("c.rec")).substr(0, 40);
+    std::ofstream(path("huge.json")) << R"({"generator":"Brick","fields":{"brickHeight":1e400}})";
+    std::ofstream(path("big.json")) << R"({"generator":"Brick","fields":{"brickHeight":1e300}})";
+    std::ofstream(path("wide.json")) << R"({"generator":"Brick","size":4294967388})";
+    std::ofstream(path("text.json")) << R"({"generator":"Brick","interactiveUpdate":[1]})";
+    fs::create_directories(path("folder.json"));
+    std::ofstream(path("t.ply")) << "ply\nformat ascii 1.0\n";
     const Case cases[] = {
         {"record new Checkerboard --set dpth=2 -o x.rec", "", "'Checkerboard' has no field 'dpth'"},
         {"record new Checkerboard --set depth=two -o x.rec", "", "field 'depth' of Checkerboard is a 32-bit integer; 'two' is not"},
@@ -233,7 +239,16 @@ TEST_F(CommandLine, BadInputGetsAClearMessageAndStatusTwo) {
         {"record show cut.rec", "", "40 bytes, a Checkerboard record holds 48"},
         {"record from-json bad.json -o x.rec", "", "is not valid JSON"},
         {"record from-json unknown.json -o x.rec", "", "has no field 'colour'"},
+        {"record from-json huge.json -o x.rec", "", "'huge.json' is not a record in JSON: "},
+        {"record from-json big.json -o x.rec", "", "'1e+300' is beyond its range"},
+        {"record from-json wide.json -o x.rec", "", "\"size\" is the record's size byte, 0 to 255; 4294967388 is not"},
+        {"record from-json text.json -o x.rec", "", "is a bool (true or false); '[1]' is not"},
+        {"record from-json folder.json -o x.rec", "", "cannot read 'folder.json': it is a folder"},
+        {"record show folder.json", "", "cannot read 'folder.json': it is a folder"},
+        {"eval Brick --transform folder.json", "", "cannot read 'folder.json': it is a folder"},
+        {"paint t.ply Brick -o x.ply", "", "its header ends before 'end_header'"},
         {"eval Checkerboard", "1 2\n", "line 1: expected three numbers"},
+        {"eval Checkerboard", "0 0 0\n1e400 0 0\n", "line 2: expected three numbers 'x y z', got '1e400 0 0'"},
         {"eval NoSuchThing", "", "neither a generator name nor a record file"},
         {"render Checkerboard --size 0 -o x.png", "", "--size must be 1 to 8192"},
         {"render Checkerboard -o x.jpg", "", "-o 'x.jpg': .jpg is not a format gritwell writes; pictures are written as: .png"},
@@ -259,7 +274,9 @@ TEST_F(CommandLine, BadInputGetsAClearMessageAndStatusTwo) {
         const Outcome r = run(c.args, c.input);
         EXPECT_EQ(r.status, 2) << c.args;
         EXPECT_NE(r.err.find(c.message), std::string::npos) << c.args << "\n" << r.err;
-        EXPECT_FALSE(fs::exists(path("x.rec")) || fs::exists(path("x.png")) || fs::exists(path("x.jpg"))) << c.args;
+        EXPECT_FALSE(fs::exists(path("x.rec")) || fs::exists(path("x.png")) || fs::exists(path("x.jpg")) ||
+                     fs::exists(path("x.ply")))
+            << c.args;
     }
 }
 
@@ -396,28 +413,31 @@ TEST_F(CommandLine, PaintShowsProgressOnATerminalOnly) {
 
 TEST_F(CommandLine, InterruptedPaintLeavesNoFileAndExits130) {
     // The mesh is a pipe nobody writes to: paint has opened its outputs and
-    // waits for the mesh when the interrupt comes.
+    // waits for the mesh when the signal comes.
     ASSERT_EQ(::mkfifo(path("pipe.obj").c_str(), 0600), 0);
     std::ofstream(path("out.ply")) << "the previous painting";
-    const pid_t child = ::fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-        if (::chdir(dir_.c_str()) != 0) ::_exit(99);
-        std::freopen("stderr.txt", "w", stderr);
-        ::execl(GRITWELL_CLI_PATH, "gritwell", "paint", "pipe.obj", "Brick", "-o", "out.ply", "--preview",
-                "out.png", static_cast<char*>(nullptr));
-        ::_exit(98);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+        const pid_t child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            if (::chdir(dir_.c_str()) != 0) ::_exit(99);
+            std::freopen("stderr.txt", "w", stderr);
+            ::execl(GRITWELL_CLI_PATH, "gritwell", "paint", "pipe.obj", "Brick", "-o", "out.ply", "--preview",
+                    "out.png", static_cast<char*>(nullptr));
+            ::_exit(98);
+        }
+        const fs::path partial = path("out.ply.partial-" + std::to_string(child));
+        for (int i = 0; i < 2000 && !fs::exists(partial); ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        EXPECT_TRUE(fs::exists(partial)) << "paint never opened its output";
+        ::kill(child, signal);
+        int status = 0;
+        ASSERT_EQ(::waitpid(child, &status, 0), child);
+        ASSERT_TRUE(WIFEXITED(status)) << strsignal(signal);
+        EXPECT_EQ(WEXITSTATUS(status), 130) << strsignal(signal);
+        EXPECT_EQ(files(), (std::set<std::string>{"out.ply", "pipe.obj"})) << strsignal(signal);
+        EXPECT_EQ(readText(path("out.ply")), "the previous painting") << strsignal(signal);
     }
-    const fs::path partial = path("out.ply.partial-" + std::to_string(child));
-    for (int i = 0; i < 2000 && !fs::exists(partial); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    EXPECT_TRUE(fs::exists(partial)) << "paint never opened its output";
-    ::kill(child, SIGINT);
-    int status = 0;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    ASSERT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(WEXITSTATUS(status), 130);
-    EXPECT_EQ(files(), (std::set<std::string>{"out.ply", "pipe.obj"}));
-    EXPECT_EQ(readText(path("out.ply")), "the previous painting");
 }
 
 TEST_F(CommandLine, TheSampleMeshIsWhatItsScriptMakes) {

@@ -155,6 +155,48 @@ TEST_F(MeshFiles, UnreadableMeshesSayWhy) {
     expectRefused(write("cut.ply", whole.substr(0, whole.size() - 1)), "it ends in face 1 of 2");
 }
 
+TEST_F(MeshFiles, EveryCutFileIsReadOrRefused) {
+    // The library spins forever on a PLY header without its end_header line;
+    // every prefix of each format's file must come back, and a PLY cut
+    // anywhere in its header must be refused.
+    Mesh mesh;
+    mesh.positions = {0, 0, 0, 1, 0, 0, 0, 1, 0};
+    mesh.faceSizes = {3};
+    mesh.faceCorners = {0, 1, 2};
+    PlyWriter::writeFile((dir_ / "binary.ply").string(), mesh, std::vector<float>(3));
+    const std::string ascii =
+        "ply\nformat ascii 1.0\ncomment c\nelement vertex 3\nproperty float x\nproperty float y\n"
+        "property float z\nelement face 1\nproperty list uchar int vertex_indices\nend_header\n"
+        "0 0 0\n1 0 0\n0 1 0\n3 0 1 2\n";
+    struct Case {
+        std::string name, text;
+        std::size_t headerEnd;  // every shorter prefix is refused
+    };
+    const Case cases[] = {
+        {"a.ply", ascii, ascii.find("end_header") + 10},
+        {"b.ply", read("binary.ply"), PlyWriter::header(mesh).size()},
+        {"c.obj", "# c\nmtllib m.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nvn 0 0 1\nvt 0 0\ng g\nusemtl m\nf 1/1/1 2/1/1 3/1/1\n", 0},
+        {"d.off", "OFF\n3 1 0\n0 0 0\n1 0 0\n0 1 0\n3 0 1 2\n", 0},
+        {"e.stl", "solid t\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 0 1 0\nendloop\n"
+                  "endfacet\nendsolid t\n", 0},
+    };
+    for (const Case& c : cases)
+        for (std::size_t n = 0; n < c.text.size(); ++n) {
+            const std::string file = write(c.name, c.text.substr(0, n));
+            try {
+                MeshReader::read(file);
+                EXPECT_GE(n, c.headerEnd) << c.name << " cut to " << n << " bytes was read";
+            } catch (const CliError& e) {
+                EXPECT_EQ(e.status(), CliError::kBadInput);
+            }
+        }
+    expectRefused(write("t.ply", "ply\nformat ascii 1.0\n"), "its header ends before 'end_header'");
+    expectRefused(write("u.ply", "ply\nformat ascii 1.0\nelement vertex many\nend_header\n"),
+                  "line 3 of its header is not 'element NAME COUNT'");
+    expectRefused(write("v.ply", "ply\nformat ascii 1.0\nelement vertex 1\nproperty quad x\nend_header\n"),
+                  "line 4 of its header has a property of no PLY type: 'quad'");
+}
+
 TEST_F(MeshFiles, PlyLayoutIntensitiesAndGreys) {
     Mesh mesh;
     const float nan = std::numeric_limits<float>::quiet_NaN();

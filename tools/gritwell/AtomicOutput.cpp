@@ -31,15 +31,17 @@ extern "C" void removeTemporariesAndExit(int) {
     ::_exit(AtomicOutput::kInterruptedStatus);
 }
 
+// Ctrl-C, kill, a closed terminal (SIGHUP) and Ctrl-\\ (SIGQUIT): each
+// would otherwise end the program with the temporary left beside the output.
+constexpr int kCleanedUpSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
+
 void installHandlersOnce() {
     static const bool installed = [] {
         struct sigaction action {};
         action.sa_handler = removeTemporariesAndExit;
         sigemptyset(&action.sa_mask);
-        sigaddset(&action.sa_mask, SIGINT);
-        sigaddset(&action.sa_mask, SIGTERM);
-        sigaction(SIGINT, &action, nullptr);
-        sigaction(SIGTERM, &action, nullptr);
+        for (const int signal : kCleanedUpSignals) sigaddset(&action.sa_mask, signal);
+        for (const int signal : kCleanedUpSignals) sigaction(signal, &action, nullptr);
         return true;
     }();
     (void)installed;

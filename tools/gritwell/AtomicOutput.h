@@ -11,8 +11,8 @@
 // "-" is standard output. A character device, pipe or socket cannot be
 // renamed over, so it is written directly, once the whole output is ready.
 //
-// While an output is open, SIGINT and SIGTERM remove the temporaries and end
-// the program with status 130.
+// While an output is open, SIGINT, SIGTERM, SIGHUP and SIGQUIT remove the
+// temporaries and end the program with status 130.
 
 #include <cstddef>
 #include <cstdio>

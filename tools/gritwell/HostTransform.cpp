@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cmath>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <numbers>
@@ -100,6 +101,9 @@ void HostTransform::apply(const float* in, float* out, std::size_t n) const {
 }
 
 TransformData HostTransform::readFile(const std::string& path) {
+    // A folder opens as a stream that reads nothing: say so, not "0 bytes".
+    if (std::error_code ec; std::filesystem::is_directory(path, ec))
+        throw CliError("cannot read '" + path + "': it is a folder");
     std::ifstream in(path, std::ios::binary);
     if (!in) throw CliError("cannot read '" + path + "': " + std::strerror(errno));
     std::vector<char> bytes;

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -78,55 +79,96 @@ int plyTypeSize(const std::string& type) {
     return 0;
 }
 
-// Where a binary PLY file ends short of what its header promises ("it ends
-// in vertex 1204 of 5858"); empty when all is there, and for ASCII files and
-// headers the importer refuses anyway.
-std::string binaryPlyShortfall(std::string_view file) {
-    const auto endHeader = file.find("end_header");
-    const auto dataStart = endHeader == std::string_view::npos ? endHeader : file.find('\n', endHeader);
-    if (dataStart == std::string_view::npos) return {};
-    struct Property {
-        int size;           // of the value, or of a list's items
-        int countSize = 0;  // of a list's count; 0 for a single value
+// A PLY header as our own reading finds it. The importer is handed a file
+// only once this reading accepts it: on a header without its end_header
+// line (a file cut inside it) the importer spins forever, and it reads a
+// binary body cut short as if the missing bytes were there.
+struct PlyProperty {
+    int size;           // of the value, or of a list's items
+    int countSize = 0;  // of a list's count; 0 for a single value
+};
+struct PlyElement {
+    std::string name;
+    std::uint64_t count = 0;
+    std::vector<PlyProperty> properties;
+};
+
+// Why the header at the start of `file` is not one the importer may see
+// (empty when it is); the elements and where the body starts when it is.
+std::string readPlyHeader(std::string_view file, std::vector<PlyElement>& elements, std::uint64_t& bodyStart,
+                          bool& binary, bool& little) {
+    std::size_t at = 0;
+    auto nextLine = [&](std::string& line) {
+        const std::size_t end = file.find('\n', at);
+        if (end == std::string_view::npos) return false;
+        line = std::string(file.substr(at, end - at));
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        at = end + 1;
+        return true;
     };
-    struct Element {
-        std::string name;
-        std::uint64_t count = 0;
-        std::vector<Property> properties;
-    };
-    std::vector<Element> elements;
-    bool binary = false, little = true;
-    std::istringstream header{std::string(file.substr(0, endHeader))};
-    for (std::string line; std::getline(header, line);) {
+    std::string line;
+    if (!nextLine(line) || line != "ply") return "it does not begin with the line 'ply'";
+    bool format = false;
+    for (int number = 2;; ++number) {
+        if (!nextLine(line)) return "its header ends before 'end_header' (the file is cut short or is not PLY)";
         std::istringstream words(line);
-        std::string word, type, countType;
+        std::string word, type, countType, name, extra;
         words >> word;
+        const std::string where = "line " + std::to_string(number) + " of its header";
+        if (word == "end_header") break;
+        if (word.empty() || word == "comment" || word == "obj_info") continue;
         if (word == "format") {
-            words >> type;
-            binary = type.starts_with("binary_");
+            std::string version;
+            words >> type >> version;
+            if (type != "ascii" && type != "binary_little_endian" && type != "binary_big_endian")
+                return where + " names the format '" + type + "'; PLY's are ascii, binary_little_endian, "
+                       "binary_big_endian";
+            format = true;
+            binary = type != "ascii";
             little = type == "binary_little_endian";
         } else if (word == "element") {
-            elements.emplace_back();
-            words >> elements.back().name >> elements.back().count;
-        } else if (word == "property" && !elements.empty() && (words >> type)) {
-            if (type == "list" && (words >> countType >> type))
-                elements.back().properties.push_back({plyTypeSize(type), plyTypeSize(countType)});
-            else
-                elements.back().properties.push_back({plyTypeSize(type)});
-            if (elements.back().properties.back().size == 0) return {};
+            PlyElement e;
+            std::string count;
+            words >> e.name >> count;
+            const auto [end, ec] = std::from_chars(count.data(), count.data() + count.size(), e.count);
+            if (e.name.empty() || count.empty() || ec != std::errc() || end != count.data() + count.size())
+                return where + " is not 'element NAME COUNT'";
+            elements.push_back(std::move(e));
+        } else if (word == "property") {
+            if (elements.empty()) return where + " is a property before any element";
+            words >> type;
+            PlyProperty p{};
+            if (type == "list") {
+                words >> countType >> type;
+                p = {plyTypeSize(type), plyTypeSize(countType)};
+                if (p.countSize == 0) return where + " has a list count of no PLY type: '" + countType + "'";
+            } else {
+                p = {plyTypeSize(type)};
+            }
+            if (p.size == 0) return where + " has a property of no PLY type: '" + type + "'";
+            if (!(words >> name)) return where + " names no property";
+            elements.back().properties.push_back(p);
+        } else {
+            return where + " is none of format, element, property, comment, obj_info, end_header";
         }
     }
-    if (!binary) return {};
+    if (!format) return "its header has no format line";
+    bodyStart = at;
+    return {};
+}
 
+// Where a binary PLY body ends short of what its header promises ("it ends
+// in vertex 1204 of 5858"); empty when all is there.
+std::string binaryPlyShortfall(std::string_view file, const std::vector<PlyElement>& elements,
+                               std::uint64_t at, bool little) {
     const std::uint64_t size = file.size();
-    std::uint64_t at = dataStart + 1;
-    auto shortAt = [](const Element& e, std::uint64_t row) {
+    auto shortAt = [](const PlyElement& e, std::uint64_t row) {
         return "it ends in " + e.name + " " + std::to_string(row) + " of " + std::to_string(e.count);
     };
-    for (const Element& e : elements) {
+    for (const PlyElement& e : elements) {
         std::uint64_t rowSize = 0;
         bool lists = false;
-        for (const Property& p : e.properties) {
+        for (const PlyProperty& p : e.properties) {
             rowSize += p.size;
             lists = lists || p.countSize != 0;
         }
@@ -137,7 +179,7 @@ std::string binaryPlyShortfall(std::string_view file) {
             continue;
         }
         for (std::uint64_t row = 0; row < e.count; ++row)
-            for (const Property& p : e.properties) {
+            for (const PlyProperty& p : e.properties) {
                 std::uint64_t items = 1;
                 if (p.countSize != 0) {
                     if (at + p.countSize > size) return shortAt(e, row);
@@ -154,9 +196,9 @@ std::string binaryPlyShortfall(std::string_view file) {
     return {};
 }
 
-// The importer reads a binary PLY file cut short as if the missing bytes
-// were there.
-void refuseTruncatedBinaryPly(const std::string& path) {
+// Refuses a PLY file whose header our reading does not accept, or whose
+// binary body is cut short.
+void checkPly(const std::string& path) {
     const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     struct stat status {};
     if (fd < 0 || ::fstat(fd, &status) != 0 || status.st_size == 0) {
@@ -168,8 +210,14 @@ void refuseTruncatedBinaryPly(const std::string& path) {
     ::close(fd);
     if (mapped == MAP_FAILED) return;
     const std::string_view file(static_cast<const char*>(mapped), size);
-    const std::string problem = binaryPlyShortfall(file);
+    std::vector<PlyElement> elements;
+    std::uint64_t bodyStart = 0;
+    bool binary = false, little = true;
+    std::string problem = readPlyHeader(file, elements, bodyStart, binary, little);
+    const bool header = !problem.empty();
+    if (!header && binary) problem = binaryPlyShortfall(file, elements, bodyStart, little);
     ::munmap(mapped, size);
+    if (header) throw CliError("cannot read the mesh '" + path + "': " + problem);
     if (!problem.empty()) throw CliError("'" + path + "' is cut short: " + problem);
 }
 
@@ -202,7 +250,7 @@ Mesh read(const std::string& path) {
         throw CliError("cannot read '" + path + "': " + std::strerror(errno));
     std::error_code ec;
     if (std::filesystem::is_directory(path, ec)) throw CliError("cannot read '" + path + "': it is a folder");
-    if (extension == ".ply") refuseTruncatedBinaryPly(path);
+    if (extension == ".ply") checkPly(path);
 
     Assimp::Importer importer;
     // No post-processing: the library's own joining of corners would also

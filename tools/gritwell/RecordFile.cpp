@@ -45,6 +45,9 @@ std::string versionNote(const LoadedRecord& record) {
 }
 
 LoadedRecord readRecordFile(const std::string& path) {
+    // A folder opens as a stream that reads nothing: say so, not "0 bytes".
+    if (std::error_code ec; std::filesystem::is_directory(path, ec))
+        throw CliError("cannot read '" + path + "': it is a folder");
     std::ifstream in(path, std::ios::binary);
     if (!in) throw CliError("cannot read '" + path + "': " + std::strerror(errno));
     std::vector<unsigned char> bytes;

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <sstream>
 
 #include "CliError.h"
 #include "EnumLabels.h"
@@ -56,9 +58,15 @@ std::int32_t parseInt(const GeneratorInfo& generator, std::string_view field, co
 
 float parseFloat(const GeneratorInfo& generator, std::string_view field, const std::string& text) {
     char* end = nullptr;
+    errno = 0;
     const float v = std::strtof(text.c_str(), &end);
     if (text.empty() || end != text.c_str() + text.size() || std::isspace(static_cast<unsigned char>(text[0])))
         badValue(generator, field, "a float", text);
+    // "inf" is a value a record may hold; 1e300 is not, and would be stored
+    // as one. (Underflow to a denormal or zero is a float's own rounding.)
+    if (errno == ERANGE && std::isinf(v))
+        throw CliError("field '" + std::string(field) + "' of " + std::string(generator.name) + " is a float; '" +
+                       text + "' is beyond its range (at most about 3.4e38)");
     return v;
 }
 
@@ -157,9 +165,10 @@ std::vector<unsigned char> recordFromJson(const Json& json) {
                                "fields the plug-in evaluates, in version " + current +
                                "'s layout: leave out \"version\" and \"size\" to write them as a current record)");
         } else if (key == "size") {
-            if (!value.is_number_integer() || value.get<int>() < 0 || value.get<int>() > 255)
-                throw CliError("\"size\" is the record's size byte, 0 to 255");
-            record[0] = static_cast<unsigned char>(value.get<int>());
+            // Compared whole: 4294967388 must not pass as its low bits, 92.
+            if (!value.is_number_unsigned() || value.get<std::uint64_t>() > 255)
+                throw CliError("\"size\" is the record's size byte, 0 to 255; " + jsonText(value) + " is not");
+            record[0] = static_cast<unsigned char>(value.get<std::uint64_t>());
         } else if (key == kInteractiveUpdate) {
             setField(record, *generator, key, jsonText(value));
         } else if (key == "fields") {
@@ -172,6 +181,29 @@ std::vector<unsigned char> recordFromJson(const Json& json) {
         }
     }
     return record;
+}
+
+std::vector<unsigned char> recordFromJsonStream(std::istream& in, const std::string& name) {
+    try {
+        return recordFromJson(Json::parse(in));
+    } catch (const nlohmann::json::parse_error& e) {
+        throw CliError("'" + name + "' is not valid JSON: " + e.what());
+    } catch (const nlohmann::json::exception& e) {
+        // A number beyond a double (1e400) is the library's out_of_range,
+        // not a parse_error; none of its exceptions may end the program.
+        throw CliError("'" + name + "' is not a record in JSON: " + e.what());
+    }
+}
+
+bool readPointLine(const std::string& line, long lineNumber, float xyz[3]) {
+    const auto first = line.find_first_not_of(" \t\r");
+    if (first == std::string::npos || line[first] == '#') return false;
+    std::istringstream fields(line);
+    std::string rest;
+    if (!(fields >> xyz[0] >> xyz[1] >> xyz[2]) || (fields >> rest))
+        throw CliError("line " + std::to_string(lineNumber) + ": expected three numbers 'x y z', got '" + line +
+                       "'");
+    return true;
 }
 
 namespace {

@@ -251,15 +251,12 @@ void recordShow(const Options& options) {
 
 void recordFromJsonFile(const Options& options) {
     checkCommandFiles({{"-o", options.output}}, {{"FILE", options.input}});
+    std::error_code ec;
+    if (std::filesystem::is_directory(options.input, ec))
+        throw CliError("cannot read '" + options.input + "': it is a folder");
     std::ifstream in(options.input);
-    if (!in) throw CliError("cannot read '" + options.input + "'");
-    nlohmann::ordered_json json;
-    try {
-        json = nlohmann::ordered_json::parse(in);
-    } catch (const nlohmann::json::parse_error& e) {
-        throw CliError("'" + options.input + "' is not valid JSON: " + e.what());
-    }
-    const std::vector<unsigned char> record = recordFromJson(json);
+    if (!in) throw CliError("cannot read '" + options.input + "': " + std::strerror(errno));
+    const std::vector<unsigned char> record = recordFromJsonStream(in, options.input);
     writeFileAtomically(options.output, record.data(), record.size());
 }
 
@@ -286,8 +283,8 @@ void transformShow(const Options& options) {
     std::cout << json.dump(2) << '\n';
 }
 
-// Points "x y z", one per line, from standard input; blank lines and lines
-// starting with '#' are skipped. One value per point on standard output.
+// Points "x y z", one per line, from standard input (see readPointLine).
+// One value per point on standard output.
 void evaluatePoints(const Options& options) {
     const LoadedRecord record = resolveForEvaluation(options.target);
     const TransformData transforms = transformRecord(options);
@@ -307,15 +304,8 @@ void evaluatePoints(const Options& options) {
     };
     std::string line;
     for (long lineNumber = 1; std::getline(std::cin, line); ++lineNumber) {
-        const auto first = line.find_first_not_of(" \t\r");
-        if (first == std::string::npos || line[first] == '#') continue;
-        std::istringstream fields(line);
-        float x, y, z;
-        std::string rest;
-        if (!(fields >> x >> y >> z) || (fields >> rest))
-            throw CliError("line " + std::to_string(lineNumber) + ": expected three numbers 'x y z', got '" +
-                           line + "'");
-        points.insert(points.end(), {x, y, z});
+        float xyz[3];
+        if (readPointLine(line, lineNumber, xyz)) points.insert(points.end(), xyz, xyz + 3);
         if (points.size() == 3 * kBatch) flush();
     }
     flush();
@@ -552,6 +542,10 @@ int main(int argc, char** argv) {
     } catch (const CliError& e) {
         std::cerr << "gritwell: " << e.what() << '\n';
         return e.status();
+    } catch (const nlohmann::json::exception& e) {
+        // Each reader says which file; this is the net under them all.
+        std::cerr << "gritwell: " << e.what() << '\n';
+        return CliError::kBadInput;
     }
     return 0;
 }
