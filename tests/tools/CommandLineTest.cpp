@@ -897,5 +897,5 @@ TEST_F(CommandLine, PaintedColoursFollowTheRamp) {
         for (int k = 0; k < 3; ++k) ASSERT_EQ(v.rgb[k], gritwell::Colormap::level(c[k], 8)) << v.intensity;
         greens.insert(v.rgb[1]);
     }
-    EXPECT_GT(greens.size(), 20u) << "the colours run along the ramp";
+    EXPECT_GT(greens.size(), 8u) << "the colours run along the ramp";
 }

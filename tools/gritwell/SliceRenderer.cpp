@@ -30,9 +30,11 @@ struct Fade {
     double shift = 0.0;
 };
 
-Fade fadeAt(double at, double extent) {
+Fade fadeAt(double at, double extent, double pixel) {
     const double margin = kTileMargin * extent, seam = kTileSeam * extent;
-    if (at < margin) return {1.0 - at / margin, seam};
+    // Both edge pixels read the same place, seam - pixel/2: the step across
+    // the seam is then only what their own small weights leave.
+    if (at < margin) return {1.0 - at / margin, seam - pixel};
     if (at > extent - margin) return {1.0 - (extent - at) / margin, seam - extent};
     return {};
 }
@@ -46,11 +48,11 @@ void sliceRows(const BatchEvaluator& evaluate, const SliceView& view, int first,
     std::vector<float> values;
     std::vector<Fade> columns(static_cast<std::size_t>(n));
     if (view.tileable)
-        for (int col = 0; col < n; ++col) columns[col] = fadeAt((col + 0.5) * e / n, e);
+        for (int col = 0; col < n; ++col) columns[col] = fadeAt((col + 0.5) * e / n, e, e / n);
     for (int row = first; row < first + count; ++row) {
         const double yAt = (n - 1 - row + 0.5) * e / n;
         const auto y = static_cast<float>(yAt);
-        const Fade fy = view.tileable ? fadeAt(yAt, e) : Fade{};
+        const Fade fy = view.tileable ? fadeAt(yAt, e, e / n) : Fade{};
         points.clear();
         for (int col = 0; col < n; ++col) points.insert(points.end(), {static_cast<float>((col + 0.5) * e / n), y, view.z});
         if (view.tileable) {
