@@ -30,12 +30,15 @@ def main():
             continue
         what, generator, arg = b["run_name"].split("/")[:3]
         rows[(what, generator, arg)] = (b["real_time"], 1e9 / b["items_per_second"], int(b["threads"]))
+    load = data["context"].get("load_avg", [])
     lines = ["## Baking and rendering\n",
              "`bake_bench`: a 2,048² map baked over a rippled sheet of 999,698 triangles (padding 4), and a "
              "4,096² slice, without the files; the median of "
              f"{reps}. One thread goes through the plug-in's session, more each through a generator of their "
              "own. The last column sets the cost of a texel against the generator's cost per point through "
-             "`continueSession` above.\n",
+             "`continueSession` above (measured in another run: on a shared machine the two runs may see "
+             "different loads). Load average when this ran: "
+             + (", ".join(f"{x:.1f}" for x in load) if load else "?") + ".\n",
              "| what | threads | ms | ns/texel | speed-up | texel / point |", "|---|---:|---:|---:|---:|---:|"]
     for what, label in (("BM_Bake", "bake 2,048², 1 M triangles"), ("BM_Render", "render 4,096²")):
         for generator in ("Brick", "Voronoi"):

@@ -443,7 +443,8 @@ void bakeMap(const Options& options) {
     const auto window = static_cast<std::size_t>(parallel.window());
     std::vector<MapBaker::Scratch> scratch(window);
     std::vector<std::vector<float>> slots(window);
-    progress.begin(static_cast<std::uint64_t>(n));
+    // Counted in texels, the points of the map.
+    progress.begin(static_cast<std::uint64_t>(n) * static_cast<std::uint64_t>(n));
     progress.update(0);
     std::uint64_t rowsDone = 0;
     std::vector<float> whole;  // the map, for the preview only
@@ -460,7 +461,7 @@ void bakeMap(const Options& options) {
             image.writeRows(rows.data(), baker.bandRows(band));
             if (previewing) whole.insert(whole.end(), rows.begin(), rows.end());
             rowsDone += static_cast<std::uint64_t>(baker.bandRows(band));
-            progress.update(rowsDone);
+            progress.update(rowsDone * static_cast<std::uint64_t>(n));
         });
     progress.finish();
     if (!previewing) {
