@@ -57,12 +57,13 @@ void append(UvMesh& to, const UvMesh& more) {
     for (const std::uint32_t i : more.triangles) to.triangles.push_back(base + i);
 }
 
+// In bands of 16 rows, so that small maps have several.
 std::vector<float> bakeAll(const UvMesh& mesh, int size, int padding, const BatchEvaluator& evaluate = kProbe) {
-    const MapBaker baker(mesh, size, padding);
+    const MapBaker baker(mesh, size, padding, 16);
     std::vector<float> map(static_cast<std::size_t>(size) * size);
     MapBaker::Scratch scratch;
     for (int band = 0; band < baker.bands(); ++band)
-        baker.bake(band, evaluate, scratch, &map[static_cast<std::size_t>(band) * MapBaker::kBandRows * size]);
+        baker.bake(band, evaluate, scratch, &map[static_cast<std::size_t>(baker.firstRow(band)) * size]);
     return map;
 }
 

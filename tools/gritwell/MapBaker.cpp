@@ -16,9 +16,10 @@ int wrapRow(long long row, int size) {
 
 }  // namespace
 
-MapBaker::MapBaker(const UvMesh& mesh, int size, int padding)
-    : mesh_(mesh), size_(size), padding_(padding), bandTriangles_(static_cast<std::size_t>(bands())) {
+MapBaker::MapBaker(const UvMesh& mesh, int size, int padding, int bandHeight)
+    : mesh_(mesh), size_(size), padding_(padding), bandHeight_(bandHeight > 0 ? bandHeight : heightFor(size)) {
     if (size < 1 || size > 65536) throw CliError("--size must be 1 to 65536");
+    bandTriangles_.resize(static_cast<std::size_t>(bands()));
     if (padding < 0) throw CliError("--padding must be 0 or more");
     const double n = size;
     for (std::uint32_t t = 0; t < mesh.triangleCount(); ++t) {
@@ -57,10 +58,7 @@ MapBaker::MapBaker(const UvMesh& mesh, int size, int padding)
         const double yLow = std::min({tri.y[0], tri.y[1], tri.y[2]}), yHigh = std::max({tri.y[0], tri.y[1], tri.y[2]});
         tri.rowFirst = static_cast<int>(std::ceil(yLow - 0.5));
         tri.rowLast = static_cast<int>(std::floor(yHigh - 0.5));
-        if (tri.rowLast < tri.rowFirst) {
-            ++leftOut_.noArea;
-            continue;
-        }
+        if (tri.rowLast < tri.rowFirst) continue;  // too small to reach a texel centre at this size
         const auto at = static_cast<std::uint32_t>(triangles_.size());
         triangles_.push_back(tri);
         // Every band whose rows, with their padding, meet the face's rows.
@@ -71,9 +69,9 @@ MapBaker::MapBaker(const UvMesh& mesh, int size, int padding)
         } else {
             for (long long r = static_cast<long long>(tri.rowFirst) - padding; r <= tri.rowLast + padding;) {
                 const int row = wrapRow(r, size);
-                const int band = row / kBandRows;
+                const int band = row / bandHeight_;
                 touched[band] = 1;
-                const int skip = (band + 1) * kBandRows - row;  // to the next band's first row
+                const int skip = (band + 1) * bandHeight_ - row;  // to the next band's first row
                 r += skip;
             }
         }
@@ -82,11 +80,11 @@ MapBaker::MapBaker(const UvMesh& mesh, int size, int padding)
     }
 }
 
-int MapBaker::bandRows(int band) const { return std::min(kBandRows, size_ - band * kBandRows); }
+int MapBaker::bandRows(int band) const { return std::min(bandHeight_, size_ - band * bandHeight_); }
 
 void MapBaker::bake(int band, const BatchEvaluator& evaluate, Scratch& s, float* out) const {
     const int n = size_;
-    const int first = band * kBandRows, last = first + bandRows(band);  // rows [first, last)
+    const int first = firstRow(band), last = first + bandRows(band);  // rows [first, last)
     // The window: the band and the padding rows either side, within the map.
     const int top = std::max(0, first - padding_), bottom = std::min(n, last + padding_);
     const int rows = bottom - top;

@@ -6,8 +6,9 @@
 // texel whose centre lies inside it or on its edge takes the value at the
 // triangle's position there, interpolated from its corners by barycentric
 // weights in double precision and rounded once to float; the values come
-// from one batch call per band. Where faces overlap in UV space the later
-// face in the file wins.
+// from one batch call per band. Where faces overlap in UV space the face
+// read later wins (file order, but an OBJ's faces arrive grouped by object
+// and material).
 //
 // Texture coordinates outside 0..1 wrap, as engines sample them: a face is
 // moved by whole tiles so that its lowest u and v fall in [0, 1), and the
@@ -32,13 +33,19 @@ namespace gritwell {
 
 class MapBaker {
 public:
-    static constexpr int kBandRows = 16;
+    // Lays the mesh out for an N x N map (1..65536) with the given padding
+    // (>= 0), in bands of `bandHeight` rows (0: chosen by the size, see
+    // heightFor).
+    MapBaker(const UvMesh& mesh, int size, int padding, int bandHeight = 0);
 
-    // Lays the mesh out for an N x N map (1..65536) with the given padding (>= 0).
-    MapBaker(const UvMesh& mesh, int size, int padding);
+    // Bands of about 128 K texels, 16 to 128 rows: each band also lays out
+    // and evaluates its padding rows either side, so taller bands waste
+    // less, and smaller ones keep every thread busy and memory low.
+    static int heightFor(int size) { return size >= 8192 ? 16 : size <= 1024 ? 128 : (1 << 17) / size; }
 
     int size() const { return size_; }
-    int bands() const { return (size_ + kBandRows - 1) / kBandRows; }
+    int bands() const { return (size_ + bandHeight_ - 1) / bandHeight_; }
+    int firstRow(int band) const { return band * bandHeight_; }
     int bandRows(int band) const;
 
     // Faces left out, by reason.
@@ -72,6 +79,7 @@ private:
     const UvMesh& mesh_;
     int size_;
     int padding_;
+    int bandHeight_;
     std::vector<Triangle> triangles_;
     std::vector<std::vector<std::uint32_t>> bandTriangles_;  // per band, into triangles_, in face order
     LeftOut leftOut_;

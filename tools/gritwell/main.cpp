@@ -686,7 +686,8 @@ int main(int argc, char** argv) {
                      "the map to write: .png, or .exr (32-bit float, values as evaluated)")->required();
     bake->footer(std::string(kTransformOrder) +
                  "\n\nTexture coordinates wrap (u = 1.25 is u = 0.25), as engines sample them; where faces overlap "
-                 "in the UV map the later face in the file wins. Faces whose texture coordinates or position are "
+                 "in the UV map the face read later wins (file order; an OBJ's faces come grouped by object and "
+                 "material). Faces whose texture coordinates or position are "
                  "not finite, that have no area in the map, or span more than all of it are left out, with a note. "
                  "Texels no face covers and no padding reaches are 0.");
     bake->callback([&] { bakeMap(options); });
