@@ -81,7 +81,9 @@ TEST(MapBaker, TexelsHoldTheValueAtTheirPointOfTheSurface) {
     const Case cases[] = {{"in the unit square", 0, 0}, {"a tile to the right", 1, 0}, {"tiles away both ways", -3, 2}};
     constexpr int n = 40;  // more than two bands
     for (const Case& c : cases) {
-        const std::vector<float> map = bakeAll(square(0, 0, 1, 1, 0.25f, c.shiftU, c.shiftV), n, 0);
+        const UvMesh mesh = square(0, 0, 1, 1, 0.25f, c.shiftU, c.shiftV);
+        EXPECT_EQ(MapBaker(mesh, n, 0).wrapped(), c.shiftU == 0 && c.shiftV == 0 ? 0u : 2u) << c.what;
+        const std::vector<float> map = bakeAll(mesh, n, 0);
         for (int y = 0; y < n; ++y)
             for (int x = 0; x < n; ++x) {
                 const double u = (x + 0.5) / n, v = 1.0 - (y + 0.5) / n;

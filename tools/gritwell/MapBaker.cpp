@@ -43,6 +43,8 @@ MapBaker::MapBaker(const UvMesh& mesh, int size, int padding, int bandHeight)
         }
         Triangle tri{t, {}, {}, 0, 0};
         const double uShift = std::floor(uLow), vShift = std::floor(vLow);
+        if (uShift != 0.0 || vShift != 0.0 || std::max({u[0], u[1], u[2]}) > 1.0 || std::max({v[0], v[1], v[2]}) > 1.0)
+            ++wrapped_;
         for (int c = 0; c < 3; ++c) {
             tri.x[c] = (u[c] - uShift) * n;
             tri.y[c] = (1.0 - (v[c] - vShift)) * n;

@@ -55,6 +55,8 @@ public:
         std::size_t tooLarge = 0;
     };
     const LeftOut& leftOut() const { return leftOut_; }
+    // Faces with texture coordinates outside 0..1, laid out wrapped.
+    std::size_t wrapped() const { return wrapped_; }
 
     // A band's working memory; one per thread.
     struct Scratch {
@@ -83,6 +85,7 @@ private:
     std::vector<Triangle> triangles_;
     std::vector<std::vector<std::uint32_t>> bandTriangles_;  // per band, into triangles_, in face order
     LeftOut leftOut_;
+    std::size_t wrapped_ = 0;
 };
 
 }  // namespace gritwell

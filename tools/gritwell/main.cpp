@@ -438,6 +438,9 @@ void bakeMap(const Options& options) {
     note(out.notFinite, "texture coordinates or position not finite");
     note(out.noArea, "no area in the UV map");
     note(out.tooLarge, "spans more than the whole UV map");
+    if (baker.wrapped() > 0)
+        std::cerr << "gritwell: note: " << baker.wrapped() << (baker.wrapped() == 1 ? " face has" : " faces have")
+                  << " texture coordinates outside 0..1; they wrap, as engines sample them\n";
 
     ParallelEvaluator parallel(loadPlugin(options), record.bytes, transforms, transform, threads);
     const auto window = static_cast<std::size_t>(parallel.window());
@@ -621,9 +624,9 @@ int main(int argc, char** argv) {
     eval->footer(kTransformOrder);
     eval->callback([&] { evaluatePoints(options); });
 
-    CLI::App* render = app.add_subcommand("render", "a PNG of the slice z = Z, grey or through a colour map");
+    CLI::App* render = app.add_subcommand("render", "a picture (PNG or float EXR) of the slice z = Z, grey or through a colour map or ramp");
     render->add_option("TARGET", options.target, "generator name (its defaults) or record file")->required();
-    render->add_option("--size", options.view.size, "pixels on a side (default 256)");
+    render->add_option("--size", options.view.size, "pixels on a side (default 256, at most 65536)");
     render->add_option("--z", options.view.z, "the slice's z (default 0.3)");
     render->add_option("--extent", options.view.extent, "texture units across, from 0 (default 4)");
     render->add_flag("--planar", options.planar, "evaluate in the x/y plane");
