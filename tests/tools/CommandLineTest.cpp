@@ -860,6 +860,8 @@ TEST_F(CommandLine, BakeRefusesWhatItCannotBakeAndLeavesNothingBehind) {
         {"bake missing.obj Brick -o m.png", "cannot read 'missing.obj'"},
         {"bake square.obj Brick --ramp 0:#000000,x -o m.png", "--ramp stop 'x' has no ':'"},
         {"bake square.obj Nothing -o m.png", "'Nothing' is neither a generator name nor a record file"},
+        {"bake square.obj Brick --size 16385 -o m.png --preview p.png", "--preview holds the whole map in memory"},
+        {"bake square.obj Brick -o m.png --preview p.exr", "pictures are written as: .png"},
     };
     const auto before = contents();
     for (const auto& [args, message] : cases) {
@@ -868,6 +870,20 @@ TEST_F(CommandLine, BakeRefusesWhatItCannotBakeAndLeavesNothingBehind) {
         EXPECT_NE(r.err.find(message), std::string::npos) << args << "\n" << r.err;
         EXPECT_EQ(contents(), before) << args;
     }
+}
+
+TEST_F(CommandLine, BakePreviewIsWrittenBesideTheMap) {
+    // Both files, the picture at the size asked for (its colours are
+    // MeshPreview's, tested with paint).
+    std::ofstream(path("square.obj")) << kSquareObj;
+    const Outcome r = run("bake square.obj Constant --ramp 0:#ff0000,1:#ff0000 --size 8 -o m.png --preview p.png "
+                          "--preview-size 32 --view 0,0");
+    ASSERT_EQ(r.status, 0) << r.err;
+    const std::string png = readText(path("p.png"));
+    ASSERT_GT(png.size(), 24u);
+    EXPECT_EQ(png.substr(1, 3), "PNG");
+    EXPECT_EQ(png.substr(16, 8), std::string("\0\0\0\x20\0\0\0\x20", 8)) << "32 x 32";
+    EXPECT_TRUE(fs::exists(path("m.png")));
 }
 
 TEST_F(CommandLine, EveryThreadCountGivesTheSameBits) {
