@@ -20,6 +20,7 @@ packages=(
   libcli11-dev                               # command-line parsing
   nlohmann-json3-dev                         # records as JSON
   libpng-dev                                 # PNG output
+  libopenexr-dev                             # float EXR output
   libassimp-dev                              # reading OBJ and PLY meshes for gritwell paint
   libstb-dev fonts-dejavu-core               # stb_perlin, gallery labels
   qt6-base-dev                               # the generator dialog (Qt 6 Widgets, QtTest)

@@ -24,6 +24,11 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <ImfFrameBuffer.h>
+#include <ImfHeader.h>
+#include <ImfInputFile.h>
+
+#include "Colormap.h"
 #include "DialogPreview.h"
 #include "MeshReader.h"
 #include "core/TransformData.h"
@@ -250,8 +255,13 @@ TEST_F(CommandLine, BadInputGetsAClearMessageAndStatusTwo) {
         {"eval Checkerboard", "1 2\n", "line 1: expected three numbers"},
         {"eval Checkerboard", "0 0 0\n1e400 0 0\n", "line 2: expected three numbers 'x y z', got '1e400 0 0'"},
         {"eval NoSuchThing", "", "neither a generator name nor a record file"},
-        {"render Checkerboard --size 0 -o x.png", "", "--size must be 1 to 8192"},
-        {"render Checkerboard -o x.jpg", "", "-o 'x.jpg': .jpg is not a format gritwell writes; pictures are written as: .png"},
+        {"render Checkerboard --size 0 -o x.png", "", "--size must be 1 to 65536"},
+        {"render Checkerboard --size 65537 -o x.exr", "", "--size must be 1 to 65536"},
+        {"render Checkerboard -o x.jpg", "", "-o 'x.jpg': .jpg is not a format gritwell writes; pictures are written as: .png, .exr"},
+        {"render Checkerboard --16bit -o x.exr", "", "--16bit is for PNG: an EXR holds 32-bit floats"},
+        {"render Checkerboard --threads -1 -o x.png", "", "--threads must be 1 to 1024"},
+        {"render Checkerboard --ramp 0:#000000,1:#fff -o x.png", "", "'#fff' is not a colour #RRGGBB"},
+        {"render Checkerboard --ramp wood --colormap heat -o x.png", "", "give one of them"},
         {"gallery -o x", "", "-o 'x' has no extension to name its format; pictures are written as: .png"},
         {"--simd sse9 eval Voronoi", "1 2 3\n", "--simd must be scalar, avx2 or avx512, not 'sse9'"},
         {"frobnicate", "", "unknown command 'frobnicate' (commands: list, info, record, "},
@@ -259,7 +269,7 @@ TEST_F(CommandLine, BadInputGetsAClearMessageAndStatusTwo) {
         {"record shwo c.rec", "", "unknown record command 'shwo'; did you mean 'show'?"},
         {"", "", "a command is required: list, info, record, "},
         {"render Checkerboard --sise 3 -o x.png", "", "render: there is no option '--sise'; did you mean '--size'?"},
-        {"render Checkerboard", "", "render: -o/--output is required: the PNG to write\nRun 'gritwell render --help'"},
+        {"render Checkerboard", "", "render: -o/--output is required: the picture to write: .png, or .exr"},
         {"render Checkerboard --size many -o x.png", "", "render: --size takes a whole number, not 'many'"},
         {"eval Checkerboard --offset 1,2", "", "eval: --offset takes 3 values, not 2"},
         {"record show Chekerboard", "", "did you mean 'Checkerboard'?"},
@@ -663,7 +673,7 @@ TEST_F(CommandLine, RenderColourMapsDepthsAndTransforms) {
 
     const Outcome r = run("render Wood --colormap sepia -o x.png");
     EXPECT_EQ(r.status, 2);
-    EXPECT_NE(r.err.find("unknown colour map 'sepia' (there are grey, heat, viridis)"), std::string::npos) << r.err;
+    EXPECT_NE(r.err.find("unknown colour map 'sepia' (there are grey, heat, viridis, wood, stone, ocean)"), std::string::npos) << r.err;
     EXPECT_FALSE(fs::exists(path("x.png")));
     EXPECT_EQ(files(), (std::set<std::string>{"v.png", "plain.png", "scaled.png", "turned.png"})) << "no partial file left";
 }
@@ -795,4 +805,139 @@ TEST_F(CommandLine, AFullDiskLeavesTheOldFileWhole) {
     EXPECT_NE(r.err.find("cannot write 'disk/out.ply': No space left on device"), std::string::npos) << r.err;
     EXPECT_EQ(readText(path("left.txt")), "the previous painting\n");
     EXPECT_EQ(readText(path("listing.txt")), "out.ply\n");
+}
+
+// ---- bake, colours and threads ---------------------------------------------------
+
+namespace {
+
+// The one float channel Y of an EXR, row-major.
+std::vector<float> readExrY(const fs::path& p, int& width) {
+    Imf::InputFile in(p.c_str());
+    const Imath::Box2i w = in.header().dataWindow();
+    width = w.max.x - w.min.x + 1;
+    const int height = w.max.y - w.min.y + 1;
+    std::vector<float> values(static_cast<std::size_t>(width) * height);
+    Imf::FrameBuffer frame;
+    frame.insert("Y", Imf::Slice(Imf::FLOAT, reinterpret_cast<char*>(values.data()), sizeof(float),
+                                 sizeof(float) * width));
+    in.setFrameBuffer(frame);
+    in.readPixels(w.min.y, w.max.y);
+    return values;
+}
+
+// A square from (0, 0, 0.3) to (2, 2, 0.3), its texture coordinates x/2 and y/2.
+constexpr const char* kSquareObj =
+    "v 0 0 0.3\nv 2 0 0.3\nv 2 2 0.3\nv 0 2 0.3\nvt 0 0\nvt 1 0\nvt 1 1\nvt 0 1\nf 1/1 2/2 3/3 4/4\n";
+
+}  // namespace
+
+TEST_F(CommandLine, BakedTexelsAreTheValuesAtTheirPointsOfTheSurface) {
+    std::ofstream(path("square.obj")) << kSquareObj;
+    // The same square as PLY, its texture coordinates as s and t, and wrapped a tile away.
+    std::ofstream(path("square.ply")) << "ply\nformat ascii 1.0\nelement vertex 4\nproperty float x\nproperty float y\n"
+                                         "property float z\nproperty float s\nproperty float t\nelement face 1\n"
+                                         "property list uchar int vertex_indices\nend_header\n"
+                                         "0 0 0.3 2 -1\n2 0 0.3 3 -1\n2 2 0.3 3 0\n0 2 0.3 2 0\n4 0 1 2 3\n";
+    const std::string cases[] = {"square.obj 'Perlin Noise'", "square.ply Wood --offset 0.1,0.2,0.3 --rotate 0,0,0.1",
+                                 "square.obj Brick --planar"};
+    constexpr int n = 16;
+    for (const std::string& c : cases) {
+        Outcome r = run("bake " + c + " --size 16 -o square.exr");
+        ASSERT_EQ(r.status, 0) << c << r.err;
+        int width = 0;
+        const std::vector<float> map = readExrY(path("square.exr"), width);
+        ASSERT_EQ(width, n);
+        std::string points;
+        char line[96];
+        for (int y = 0; y < n; ++y)
+            for (int x = 0; x < n; ++x) {
+                std::snprintf(line, sizeof line, "%.9g %.9g 0.3\n", 2.0 * (x + 0.5) / n, 2.0 * (1.0 - (y + 0.5) / n));
+                points += line;
+            }
+        r = run("eval " + c.substr(c.find(' ') + 1), points);
+        ASSERT_EQ(r.status, 0) << c << r.err;
+        std::istringstream values(r.out);
+        for (std::size_t i = 0; i < map.size(); ++i) {
+            std::string text;
+            ASSERT_TRUE(std::getline(values, text)) << c;
+            const float value = std::strtof(text.c_str(), nullptr);
+            EXPECT_EQ(std::memcmp(&value, &map[i], 4), 0) << c << " texel " << i << ": bake " << map[i] << ", eval " << text;
+        }
+    }
+}
+
+TEST_F(CommandLine, BakeRefusesWhatItCannotBakeAndLeavesNothingBehind) {
+    std::ofstream(path("square.obj")) << kSquareObj;
+    std::ofstream(path("plain.obj")) << "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n";
+    const std::pair<std::string, std::string> cases[] = {
+        {"bake plain.obj Brick -o m.png", "'plain.obj' has no texture coordinates: bake lays the texture out"},
+        {"bake square.obj Brick --size 0 -o m.png", "--size must be 1 to 65536"},
+        {"bake square.obj Brick --size 65537 -o m.exr", "--size must be 1 to 65536"},
+        {"bake square.obj Brick --padding -1 -o m.png", "--padding must be 0 to 65536"},
+        {"bake square.obj Brick -o m.tif", ".tif is not a format gritwell writes; pictures are written as: .png, .exr"},
+        {"bake square.obj Brick --16bit -o m.exr", "--16bit is for PNG"},
+        {"bake missing.obj Brick -o m.png", "cannot read 'missing.obj'"},
+        {"bake square.obj Brick --ramp 0:#000000,x -o m.png", "--ramp stop 'x' has no ':'"},
+        {"bake square.obj Nothing -o m.png", "'Nothing' is neither a generator name nor a record file"},
+        {"bake square.obj Brick --size 16385 -o m.png --preview p.png", "--preview holds the whole map in memory"},
+        {"bake square.obj Brick -o m.png --preview p.exr", "pictures are written as: .png"},
+    };
+    const auto before = contents();
+    for (const auto& [args, message] : cases) {
+        const Outcome r = run(args);
+        EXPECT_EQ(r.status, 2) << args;
+        EXPECT_NE(r.err.find(message), std::string::npos) << args << "\n" << r.err;
+        EXPECT_EQ(contents(), before) << args;
+    }
+}
+
+TEST_F(CommandLine, BakePreviewIsWrittenBesideTheMap) {
+    // Both files, the picture at the size asked for (its colours are
+    // MeshPreview's, tested with paint).
+    std::ofstream(path("square.obj")) << kSquareObj;
+    const Outcome r = run("bake square.obj Constant --ramp 0:#ff0000,1:#ff0000 --size 8 -o m.png --preview p.png "
+                          "--preview-size 32 --view 0,0");
+    ASSERT_EQ(r.status, 0) << r.err;
+    const std::string png = readText(path("p.png"));
+    ASSERT_GT(png.size(), 24u);
+    EXPECT_EQ(png.substr(1, 3), "PNG");
+    EXPECT_EQ(png.substr(16, 8), std::string("\0\0\0\x20\0\0\0\x20", 8)) << "32 x 32";
+    EXPECT_TRUE(fs::exists(path("m.png")));
+}
+
+TEST_F(CommandLine, EveryThreadCountGivesTheSameBits) {
+    const std::string cases[] = {
+        "render FBM --size 70 -o OUT.png",
+        "render Brick --size 50 --tileable --rotate 0.1,0,0 -o OUT.exr",
+        "render Wood --size 40 --ramp wood --16bit -o OUT.png",
+        "bake '" + kSampleMesh + "' Granite --size 96 --offset 0.5,0,0 -o OUT.exr",
+        "bake '" + kSampleMesh + "' Scales --size 64 --colormap viridis -o OUT.png",
+        "paint '" + kSampleMesh + "' Voronoi --ramp ocean -o OUT.ply",
+    };
+    for (std::string c : cases) {
+        const auto at = c.find("OUT");
+        const std::string one = std::string(c).replace(at, 3, "one"), three = std::string(c).replace(at, 3, "three");
+        const std::string oneFile = one.substr(one.rfind(' ') + 1), threeFile = three.substr(three.rfind(' ') + 1);
+        Outcome r = run(one + " --threads 1");
+        ASSERT_EQ(r.status, 0) << c << r.err;
+        r = run(three + " --threads 3");
+        ASSERT_EQ(r.status, 0) << c << r.err;
+        EXPECT_EQ(readText(path(oneFile)), readText(path(threeFile))) << c;
+    }
+}
+
+TEST_F(CommandLine, PaintedColoursFollowTheRamp) {
+    const std::string ramp = "0:#ff0000,0.5:#00ff00,1:#0000ff";
+    ASSERT_EQ(run("paint '" + kSampleMesh + "' Granite -o m.ply --ramp " + ramp).status, 0);
+    const PaintedMesh mesh = readPaintedPly(path("m.ply"));
+    ASSERT_EQ(mesh.vertices.size(), 5858u);
+    const gritwell::Colormap::Map map = gritwell::Colormap::parseRamp(ramp);
+    std::set<int> greens;
+    for (const PaintedMesh::Vertex& v : mesh.vertices) {
+        const gritwell::Colormap::Rgb c = map.colour(v.intensity);
+        for (int k = 0; k < 3; ++k) ASSERT_EQ(v.rgb[k], gritwell::Colormap::level(c[k], 8)) << v.intensity;
+        greens.insert(v.rgb[1]);
+    }
+    EXPECT_GT(greens.size(), 8u) << "the colours run along the ramp";
 }

@@ -15,7 +15,7 @@ cd "$(dirname "$0")/../.."
 dir=${BUILD_DIR:-build}
 reps=${BENCH_REPETITIONS:-5}
 cmake -S . -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
-cmake --build "$dir" --target table_bench gritwell -j "$(nproc)"
+cmake --build "$dir" --target table_bench bake_bench gritwell -j "$(nproc)"
 
 json=$(mktemp)
 levels_dir=$(mktemp -d)
@@ -137,6 +137,9 @@ with open(evaluation, "w") as f:
 PY
 read -r brick_ns voronoi_ns <"$evaluation"
 python3 tools/bench/paint_table.py "$dir/gritwell" "$reps" "$paint_part" "$brick_ns" "$voronoi_ns" \
+  >>docs/benchmarks.md.partial
+echo >>docs/benchmarks.md.partial
+python3 tools/bench/bake_table.py "$dir/bench/bake_bench" "$reps" "$brick_ns" "$voronoi_ns" \
   >>docs/benchmarks.md.partial
 mv docs/benchmarks.md.partial docs/benchmarks.md
 # Replace the README's digest and its sentence on painting between their markers.

@@ -21,4 +21,22 @@ std::vector<float> paint(const BatchEvaluator& evaluate, const Mesh& mesh, const
     return values;
 }
 
+std::vector<float> paint(ParallelEvaluator& parallel, const Mesh& mesh, ProgressMeter& progress) {
+    const std::size_t n = mesh.vertexCount();
+    std::vector<float> values(n);
+    progress.begin(n);
+    progress.update(0);
+    const auto batches = static_cast<int>((n + kBatch - 1) / kBatch);
+    parallel.run(
+        batches,
+        [&](int batch, int, const BatchEvaluator& evaluate) {
+            const std::size_t start = static_cast<std::size_t>(batch) * kBatch;
+            const std::size_t count = std::min(kBatch, n - start);
+            evaluate(&mesh.positions[3 * start], static_cast<int>(count), &values[start]);
+        },
+        [&](int batch, int) { progress.update(std::min(n, (static_cast<std::size_t>(batch) + 1) * kBatch)); });
+    progress.finish();
+    return values;
+}
+
 }  // namespace gritwell::MeshPainter

@@ -8,6 +8,7 @@
 
 #include "HostTransform.h"
 #include "Mesh.h"
+#include "ParallelEvaluator.h"
 #include "PluginLibrary.h"
 #include "ProgressMeter.h"
 
@@ -21,5 +22,8 @@ constexpr std::size_t kBatch = 65536;
 // on `progress` batch by batch and finishes it.
 std::vector<float> paint(const BatchEvaluator& evaluate, const Mesh& mesh, const HostTransform& transform,
                          ProgressMeter& progress);
+
+// The same on every thread of `parallel`, whose evaluators apply its transform.
+std::vector<float> paint(ParallelEvaluator& parallel, const Mesh& mesh, ProgressMeter& progress);
 
 }  // namespace gritwell::MeshPainter

@@ -94,7 +94,7 @@ void fillTriangle(Canvas& canvas, const Corner& a, const Corner& b, const Corner
     }
 }
 
-Colour sampleColour(const Sample& sample, const std::vector<float>& values, Colormap::Map map) {
+Colour sampleColour(const Sample& sample, const std::vector<float>& values, const Colormap::Map& map) {
     switch (sample.kind) {
         case Sample::Kind::Face: {
             const float value = static_cast<float>(sample.weights[0] * values[sample.corners[0]] +
@@ -197,6 +197,10 @@ Picture Raster::colour(const std::vector<float>& values) const {
         throw CliError("internal: a preview of " + std::to_string(values.size()) + " values for " +
                            std::to_string(vertexCount_) + " vertices",
                        CliError::kEnvironment);
+    return colourBy([&](const Sample& sample) { return sampleColour(sample, values, view_.map); });
+}
+
+Picture Raster::colourBy(const std::function<std::array<double, 3>(const Sample&)>& colourOf) const {
     const int size = view_.size;
     const std::size_t samples = std::size_t(size) * kSamples;
     Picture picture{size, size, 3, 8, {}};
@@ -207,7 +211,9 @@ Picture Raster::colour(const std::vector<float>& values) const {
             for (int j = 0; j < kSamples; ++j)
                 for (int i = 0; i < kSamples; ++i) {
                     const Sample& sample = samples_[(std::size_t(y) * kSamples + j) * samples + std::size_t(x) * kSamples + i];
-                    const Colour c = sampleColour(sample, values, view_.map);
+                    const Colour c = sample.kind == Sample::Kind::Background
+                                         ? Colour{kBackground / 255.0, kBackground / 255.0, kBackground / 255.0}
+                                         : colourOf(sample);
                     for (int k = 0; k < 3; ++k) sum[k] += c[k];
                 }
             for (int k = 0; k < 3; ++k) picture.samples.push_back(Colormap::level(sum[k] / (kSamples * kSamples), 8));

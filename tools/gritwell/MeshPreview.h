@@ -6,7 +6,9 @@
 // samples per pixel. A mesh without faces is drawn as dots.
 
 #include <cstddef>
+#include <array>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "Colormap.h"
@@ -38,6 +40,10 @@ public:
         double weights[3] = {};         // of the corners' values
         double shade = 1.0;
     };
+
+    // The picture with each face or dot sample coloured by `colourOf`
+    // (channels 0..1, lit as the caller sees fit) and the background grey.
+    Picture colourBy(const std::function<std::array<double, 3>(const Sample&)>& colourOf) const;
 
 private:
     std::size_t vertexCount_;

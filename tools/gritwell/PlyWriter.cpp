@@ -7,6 +7,7 @@
 
 #include "AtomicOutput.h"
 #include "CliError.h"
+#include "Colormap.h"
 #include "PngWriter.h"
 
 namespace gritwell::PlyWriter {
@@ -37,7 +38,7 @@ std::string header(const Mesh& mesh) {
            "end_header\n";
 }
 
-bool write(std::FILE* out, const Mesh& mesh, const std::vector<float>& intensities) {
+bool write(std::FILE* out, const Mesh& mesh, const std::vector<float>& intensities, const Colormap::Map& map) {
     if (intensities.size() != mesh.vertexCount())
         throw CliError("internal: " + std::to_string(intensities.size()) + " intensities for " +
                            std::to_string(mesh.vertexCount()) + " vertices",
@@ -53,7 +54,12 @@ bool write(std::FILE* out, const Mesh& mesh, const std::vector<float>& intensiti
         const float value = intensities[v];
         std::memcpy(vertex, &mesh.positions[3 * v], 3 * sizeof(float));
         std::memcpy(vertex + 3 * sizeof(float), &value, sizeof value);
-        std::memset(vertex + 4 * sizeof(float), toGrey(value), 3);
+        if (map.isGrey()) {
+            std::memset(vertex + 4 * sizeof(float), toGrey(value), 3);
+        } else {
+            const Colormap::Rgb c = map.colour(value);
+            for (int k = 0; k < 3; ++k) vertex[4 * sizeof(float) + k] = static_cast<unsigned char>(Colormap::level(c[k], 8));
+        }
         if (std::fwrite(vertex, 1, sizeof vertex, out) != sizeof vertex) return false;
     }
 
@@ -69,9 +75,10 @@ bool write(std::FILE* out, const Mesh& mesh, const std::vector<float>& intensiti
     return true;
 }
 
-void writeFile(const std::string& path, const Mesh& mesh, const std::vector<float>& intensities) {
+void writeFile(const std::string& path, const Mesh& mesh, const std::vector<float>& intensities,
+               const Colormap::Map& map) {
     AtomicOutput out(path);
-    if (!write(out.file(), mesh, intensities)) throw CliError("cannot write '" + path + "': " + std::strerror(errno));
+    if (!write(out.file(), mesh, intensities, map)) throw CliError("cannot write '" + path + "': " + std::strerror(errno));
     out.commit();
 }
 

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -23,6 +24,7 @@
 #include <nlohmann/json.hpp>
 
 #include "AtomicOutput.h"
+#include "BakedPreview.h"
 #include "CliError.h"
 #include "Colormap.h"
 #include "CommandLineErrors.h"
@@ -30,16 +32,20 @@
 #include "Gallery.h"
 #include "GeneratorGuide.h"
 #include "HostTransform.h"
+#include "ImageStream.h"
+#include "MapBaker.h"
 #include "MeshPainter.h"
 #include "MeshPreview.h"
 #include "MeshReader.h"
 #include "PlyWriter.h"
+#include "ParallelEvaluator.h"
 #include "PluginLibrary.h"
 #include "ProgressMeter.h"
 #include "RecordFile.h"
 #include "RecordFormats.h"
 #include "RecordJson.h"
 #include "SliceRenderer.h"
+#include "UvMeshReader.h"
 #include "core/SimdLevel.h"
 #include "core/TransformData.h"
 #include "textures/TextureFactory.h"
@@ -69,7 +75,10 @@ struct Options {
     SliceView view;
     TransformOptions transform;
     std::string colormap = "grey";
+    std::string ramp;
     bool sixteenBit = false;
+    int threads = 0;  // 0: every core
+    int padding = 4;
     std::string mesh;
     std::string preview;
     int previewSize = 512;
@@ -124,12 +133,44 @@ void addTransformOptions(CLI::App* command, Options& options) {
     addPlacementOptions(command, options);
 }
 
+// --colormap NAME, or --ramp (a name or stops), not both.
 Colormap::Map colormapOf(const Options& options) {
+    if (!options.ramp.empty()) {
+        if (options.colormap != "grey")
+            throw CliError("--colormap and --ramp both choose the colours: give one of them");
+        return Colormap::parseRamp(options.ramp);
+    }
     const auto map = Colormap::find(options.colormap);
     if (!map)
         throw CliError("unknown colour map '" + options.colormap + "' (there are " + std::string(Colormap::names()) +
                        ")");
     return *map;
+}
+
+void addColourOptions(CLI::App* command, Options& options, const std::string& what) {
+    command->add_option("--colormap", options.colormap,
+                        what + ": " + std::string(Colormap::names()) + " (default grey)");
+    command->add_option("--ramp", options.ramp,
+                        what + " from a ramp of stops POSITION:#RRGGBB, e.g. \"0:#1a1008,0.5:#7a4a20,1:#f0d8a0\" "
+                        "(linear between stops, the end colours beyond them), or a map's name");
+}
+
+void addThreadsOption(CLI::App* command, Options& options) {
+    command->add_option("--threads", options.threads,
+                        "evaluate on N threads, one generator each (default: every core); the values are the same");
+}
+
+int threadsOf(const Options& options) {
+    if (options.threads < 0 || options.threads > 1024) throw CliError("--threads must be 1 to 1024");
+    return options.threads == 0 ? ParallelEvaluator::defaultThreads() : options.threads;
+}
+
+// The picture's format from -o, and --16bit only where it means something.
+ImageStream::Format pictureFormat(const Options& options) {
+    const ImageStream::Format format = ImageStream::formatOf({"-o", options.output});
+    if (format == ImageStream::Format::Exr && options.sixteenBit)
+        throw CliError("--16bit is for PNG: an EXR holds 32-bit floats");
+    return format;
 }
 
 // A record argument as a file the command reads; a generator name reads
@@ -312,19 +353,125 @@ void evaluatePoints(const Options& options) {
 }
 
 void renderPicture(const Options& options) {
-    if (options.view.size < 1 || options.view.size > 8192) throw CliError("--size must be 1 to 8192");
-    if (!(options.view.extent > 0.0f)) throw CliError("--extent must be positive");
+    if (options.view.size < 1 || options.view.size > 65536) throw CliError("--size must be 1 to 65536");
+    if (!(options.view.extent > 0.0f) || !std::isfinite(options.view.extent))
+        throw CliError("--extent must be positive and finite");
+    if (!std::isfinite(options.view.z)) throw CliError("--z must be finite");
     checkCommandFiles({{"-o", options.output}},
                       {recordInput("TARGET", options.target), {"--transform", options.transform.file}});
-    requireExtension({"-o", options.output}, ".png", "pictures");
+    const ImageStream::Format format = pictureFormat(options);
     const Colormap::Map map = colormapOf(options);
+    const int threads = threadsOf(options);
     const LoadedRecord record = resolveForEvaluation(options.target);
     const TransformData transforms = transformRecord(options);
     const HostTransform transform(transforms);
-    PluginSession session(loadPlugin(options), record.bytes, transforms);
-    const std::vector<float> values = sliceValues(transformedEvaluator(session, transform), options.view);
-    writePng(options.output,
-             Colormap::picture(values, options.view.size, options.view.size, map, options.sixteenBit ? 16 : 8));
+    ParallelEvaluator parallel(loadPlugin(options), record.bytes, transforms, transform, threads);
+
+    // Bands of rows, each evaluated on one thread and written in order, so
+    // memory holds a few bands whatever the size.
+    const int n = options.view.size;
+    constexpr int kBandRows = 16;
+    const int bands = (n + kBandRows - 1) / kBandRows;
+    auto rowsOf = [&](int band) { return std::min(kBandRows, n - band * kBandRows); };
+    ImageStream image(options.output, format, n, n, map, options.sixteenBit ? 16 : 8);
+    std::vector<std::vector<float>> slots(static_cast<std::size_t>(parallel.window()));
+    parallel.run(
+        bands,
+        [&](int band, int slot, const BatchEvaluator& evaluate) {
+            std::vector<float>& values = slots[static_cast<std::size_t>(slot)];
+            values.resize(static_cast<std::size_t>(rowsOf(band)) * n);
+            sliceRows(evaluate, options.view, band * kBandRows, rowsOf(band), values.data());
+        },
+        [&](int band, int slot) { image.writeRows(slots[static_cast<std::size_t>(slot)].data(), rowsOf(band)); });
+    image.commit();
+}
+
+// The largest map `bake --preview` holds whole (a gigabyte of floats).
+constexpr int kMaxPreviewedMap = 16384;
+
+// Bakes the texture onto the mesh's UV layout (MapBaker), band by band on
+// every thread, and streams the map out.
+void bakeMap(const Options& options) {
+    if (options.view.size < 1 || options.view.size > 65536) throw CliError("--size must be 1 to 65536");
+    if (options.padding < 0 || options.padding > 65536) throw CliError("--padding must be 0 to 65536");
+    const bool previewing = !options.preview.empty();
+    if (previewing && options.view.size > kMaxPreviewedMap)
+        throw CliError("--preview holds the whole map in memory: --size at most " + std::to_string(kMaxPreviewedMap) +
+                       " with it");
+    if (options.previewSize < 16 || options.previewSize > 4096) throw CliError("--preview-size must be 16 to 4096");
+    std::vector<CommandFile> outputs = {{"-o", options.output}};
+    if (previewing) outputs.push_back({"--preview", options.preview});
+    checkCommandFiles(outputs, {{"MESH", options.mesh},
+                                recordInput("TARGET", options.target),
+                                {"--transform", options.transform.file}});
+    if (previewing) requireExtension(outputs[1], ".png", "pictures");
+    const ImageStream::Format format = pictureFormat(options);
+    const Colormap::Map map = colormapOf(options);
+    const int threads = threadsOf(options);
+    const LoadedRecord record = resolveForEvaluation(options.target);
+    const TransformData transforms = transformRecord(options);
+    const HostTransform transform(transforms);
+    const int n = options.view.size;
+    ImageStream image(options.output, format, n, n, map, options.sixteenBit ? 16 : 8);
+    std::optional<AtomicOutput> preview;
+    if (previewing) preview.emplace(options.preview);
+
+    ProgressMeter progress("bake");
+    progress.note("reading " + options.mesh);
+    const UvMesh mesh = UvMeshReader::read(options.mesh);
+    const MapBaker baker(mesh, n, options.padding);
+    const MapBaker::LeftOut& out = baker.leftOut();
+    auto note = [](std::size_t count, const std::string& why) {
+        if (count > 0) std::cerr << "gritwell: note: " << count << (count == 1 ? " face" : " faces") << " left out: " << why << '\n';
+    };
+    note(mesh.facesWithoutUvs, "no texture coordinates");
+    note(out.notFinite, "texture coordinates or position not finite");
+    note(out.noArea, "no area in the UV map");
+    note(out.tooLarge, "spans more than the whole UV map");
+    if (baker.wrapped() > 0)
+        std::cerr << "gritwell: note: " << baker.wrapped() << (baker.wrapped() == 1 ? " face has" : " faces have")
+                  << " texture coordinates outside 0..1; they wrap, as engines sample them\n";
+
+    ParallelEvaluator parallel(loadPlugin(options), record.bytes, transforms, transform, threads);
+    const auto window = static_cast<std::size_t>(parallel.window());
+    std::vector<MapBaker::Scratch> scratch(window);
+    std::vector<std::vector<float>> slots(window);
+    // Counted in texels, the points of the map.
+    progress.begin(static_cast<std::uint64_t>(n) * static_cast<std::uint64_t>(n));
+    progress.update(0);
+    std::uint64_t rowsDone = 0;
+    std::vector<float> whole;  // the map, for the preview only
+    if (previewing) whole.reserve(static_cast<std::size_t>(n) * n);
+    parallel.run(
+        baker.bands(),
+        [&](int band, int slot, const BatchEvaluator& evaluate) {
+            std::vector<float>& values = slots[static_cast<std::size_t>(slot)];
+            values.resize(static_cast<std::size_t>(baker.bandRows(band)) * n);
+            baker.bake(band, evaluate, scratch[static_cast<std::size_t>(slot)], values.data());
+        },
+        [&](int band, int slot) {
+            const std::vector<float>& rows = slots[static_cast<std::size_t>(slot)];
+            image.writeRows(rows.data(), baker.bandRows(band));
+            if (previewing) whole.insert(whole.end(), rows.begin(), rows.end());
+            rowsDone += static_cast<std::uint64_t>(baker.bandRows(band));
+            progress.update(rowsDone * static_cast<std::uint64_t>(n));
+        });
+    progress.finish();
+    if (!previewing) {
+        image.commit();
+        return;
+    }
+    MeshPreview::View view;
+    view.size = options.previewSize;
+    if (!options.previewView.empty()) {
+        view.yawTurns = options.previewView[0];
+        view.pitchTurns = options.previewView[1];
+    }
+    view.map = map;
+    const std::vector<unsigned char> png = encodePng(BakedPreview::render(mesh, whole, n, view));
+    if (std::fwrite(png.data(), 1, png.size(), preview->file()) != png.size())
+        throw CliError("cannot write '" + options.preview + "': " + std::strerror(errno));
+    AtomicOutput::commitAll({&image.finishRows(), &*preview});
 }
 
 // Paints every vertex of the mesh and writes it as PLY (and a picture of it
@@ -347,15 +494,14 @@ void paintMesh(const Options& options) {
     std::optional<AtomicOutput> preview;
     if (!options.preview.empty()) preview.emplace(options.preview);
 
+    const int threads = threadsOf(options);
     ProgressMeter progress("paint");
     progress.note("reading " + options.mesh);
     const Mesh mesh = MeshReader::read(options.mesh);
-    PluginSession session(loadPlugin(options), record.bytes, transforms);
-    const std::vector<float> values = MeshPainter::paint(
-        [&session](const float* points, int n, float* out) { session.evaluate(points, n, out); }, mesh, transform,
-        progress);
+    ParallelEvaluator parallel(loadPlugin(options), record.bytes, transforms, transform, threads);
+    const std::vector<float> values = MeshPainter::paint(parallel, mesh, progress);
 
-    if (!PlyWriter::write(ply.file(), mesh, values))
+    if (!PlyWriter::write(ply.file(), mesh, values, map))
         throw CliError("cannot write '" + options.output + "': " + std::strerror(errno));
     std::vector<unsigned char> png;
     if (preview) {
@@ -468,22 +614,28 @@ int main(int argc, char** argv) {
     eval->footer(kTransformOrder);
     eval->callback([&] { evaluatePoints(options); });
 
-    CLI::App* render = app.add_subcommand("render", "a PNG of the slice z = Z, grey or through a colour map");
+    CLI::App* render = app.add_subcommand("render", "a picture (PNG or float EXR) of the slice z = Z, grey or through a colour map or ramp");
     render->add_option("TARGET", options.target, "generator name (its defaults) or record file")->required();
-    render->add_option("--size", options.view.size, "pixels on a side (default 256)");
+    render->add_option("--size", options.view.size, "pixels on a side (default 256, at most 65536)");
     render->add_option("--z", options.view.z, "the slice's z (default 0.3)");
     render->add_option("--extent", options.view.extent, "texture units across, from 0 (default 4)");
     render->add_flag("--planar", options.planar, "evaluate in the x/y plane");
     addTransformOptions(render, options);
-    render->add_option("--colormap", options.colormap, "grey (default), heat or viridis");
-    render->add_flag("--16bit", options.sixteenBit, "16 bits per sample instead of 8");
-    render->add_option("-o,--output", options.output, "the PNG to write")->required();
+    render->add_flag("--tileable", options.view.tileable,
+                     "a tile that repeats without a seam: an eighth of the extent at each edge cross-fades into the "
+                     "texture where the opposite edge continues it (every generator; the middle is the plain slice)");
+    addColourOptions(render, options, "the colours");
+    render->add_flag("--16bit", options.sixteenBit, "16 bits per sample instead of 8 (PNG)");
+    addThreadsOption(render, options);
+    render->add_option("-o,--output", options.output,
+                       "the picture to write: .png, or .exr (32-bit float, values as evaluated: one channel Y, "
+                       "or R, G, B through a colour map or ramp)")->required();
     render->footer(kTransformOrder);
     render->callback([&] { renderPicture(options); });
 
     CLI::App* paint = app.add_subcommand(
-        "paint", "evaluate every vertex of a mesh and write it as PLY with the intensities and grey "
-                 "colours; progress on a terminal");
+        "paint", "evaluate every vertex of a mesh and write it as PLY with the intensities and their "
+                 "colours (grey, or through --colormap or --ramp); progress on a terminal");
     paint->add_option("MESH", options.mesh, "a mesh: .obj, .ply, .stl, .off, .gltf or .glb")->required();
     paint->add_option("TARGET", options.target, "generator name (its defaults) or record file")->required();
     paint->add_option("-o,--output", options.output, "the PLY to write (binary little-endian)")->required();
@@ -491,7 +643,8 @@ int main(int argc, char** argv) {
     addTransformOptions(paint, options);
     paint->add_option("--preview", options.preview, "also write a PNG picture of the painted mesh");
     paint->add_option("--preview-size", options.previewSize, "the picture's pixels on a side (default 512)");
-    paint->add_option("--colormap", options.colormap, "the picture's colours: grey (default), heat or viridis");
+    addColourOptions(paint, options, "the PLY's vertex colours and the picture's");
+    addThreadsOption(paint, options);
     paint->add_option("--view", options.previewView,
                       "YAW,PITCH: the picture's camera, in turns: the model turned about its vertical axis (0 "
                       "looks at it along -z, from its +z side), then tipped towards the viewer (default 0.07,0.03)")
@@ -500,6 +653,37 @@ int main(int argc, char** argv) {
                   "\n\nCtrl-C leaves the output files as they were. Exit status 2 for bad input, 1 when the "
                   "plug-in cannot be loaded, 130 when interrupted.");
     paint->callback([&] { paintMesh(options); });
+
+    CLI::App* bake = app.add_subcommand(
+        "bake", "bake the texture onto a mesh's UV layout: a square map where each texel holds the value at the "
+                "point of the surface it covers");
+    bake->add_option("MESH", options.mesh, "a mesh with texture coordinates: .obj, .ply, .gltf or .glb")->required();
+    bake->add_option("TARGET", options.target, "generator name (its defaults) or record file")->required();
+    bake->add_option("--size", options.view.size, "texels on a side (default 256, at most 65536)");
+    bake->add_option("--padding", options.padding,
+                     "texels around each island filled from their neighbours, so filtering shows no seams "
+                     "(default 4)");
+    bake->add_flag("--planar", options.planar, "evaluate in the x/y plane");
+    addTransformOptions(bake, options);
+    addColourOptions(bake, options, "the colours");
+    bake->add_flag("--16bit", options.sixteenBit, "16 bits per sample instead of 8 (PNG)");
+    addThreadsOption(bake, options);
+    bake->add_option("--preview", options.preview,
+                     "also write a PNG picture of the mesh wearing the map (the map is then held in memory)");
+    bake->add_option("--preview-size", options.previewSize, "the picture's pixels on a side (default 512)");
+    bake->add_option("--view", options.previewView,
+                     "YAW,PITCH: the picture's view, in turns: the model turned about its vertical axis, then "
+                     "tipped towards the camera (default 0.07,0.03)")
+        ->delimiter(',')->expected(2);
+    bake->add_option("-o,--output", options.output,
+                     "the map to write: .png, or .exr (32-bit float, values as evaluated)")->required();
+    bake->footer(std::string(kTransformOrder) +
+                 "\n\nTexture coordinates wrap (u = 1.25 is u = 0.25), as engines sample them; where faces overlap "
+                 "in the UV map the face read later wins (file order; an OBJ's faces come grouped by object and "
+                 "material). Faces whose texture coordinates or position are "
+                 "not finite, that have no area in the map, or span more than all of it are left out, with a note. "
+                 "Texels no face covers and no padding reaches are 0.");
+    bake->callback([&] { bakeMap(options); });
 
     CLI::App* gallery = app.add_subcommand("gallery", "every generator at its defaults, labelled, on one sheet");
     gallery->add_option("-o,--output", options.output, "the PNG to write")->required();

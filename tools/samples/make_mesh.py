@@ -1,7 +1,10 @@
 #!/usr/bin/env python3
 """Writes samples/bust.obj, the sample mesh for `gritwell paint`: a head on a
 neck on shoulders, a surface of revolution with a nose, a chin, brows and
-ears pressed into it. Python 3 standard library only; the output is the same
+ears pressed into it, with texture coordinates for `gritwell bake`: the side
+unrolled around the vertical axis over the top four fifths of the UV square
+(the seam at the back), the base and the crown as two discs below it. Python
+3 standard library only; the output is the same
 bytes on every run, so the committed file can be checked against it.
 
     tools/samples/make_mesh.py [OUT.obj]    (default: samples/bust.obj)
@@ -66,8 +69,16 @@ def features(phi, y):
     return push
 
 
+SIDE_V0 = 0.2          # the side fills v from here to 1
+BASE_CENTRE = (0.1, 0.1)
+CROWN_CENTRE = (0.3, 0.1)
+CAP_RADIUS = 0.09
+
+
 def build():
+    """Vertices, texture coordinates, and faces as (vertex, uv) index pairs."""
     vertices = [(0.0, 0.0, 0.0)]  # the centre of the base
+    uvs = []
     faces = []
     rings = (len(PROFILE) - 1) * RINGS_PER_SPAN + 1
     for r in range(rings):
@@ -83,25 +94,51 @@ def build():
     def ring(r, s):
         return 1 + r * SEGMENTS + s % SEGMENTS
 
+    # The side's grid has a column more than the ring has vertices: the seam's
+    # vertices sit at u = 0 and at u = 1.
+    def side_uv(r, s):
+        return r * (SEGMENTS + 1) + s
+
+    for r in range(rings):
+        for s in range(SEGMENTS + 1):
+            uvs.append((s / SEGMENTS, SIDE_V0 + (1 - SIDE_V0) * r / (rings - 1)))
+
+    def cap_uv(centre, s, flip):
+        phi = 2 * math.pi * s / SEGMENTS
+        return (centre[0] + flip * CAP_RADIUS * math.sin(phi), centre[1] + CAP_RADIUS * math.cos(phi))
+
+    base_centre = len(uvs)
+    uvs.append(BASE_CENTRE)
+    base_rim = len(uvs)
+    uvs += [cap_uv(BASE_CENTRE, s, -1) for s in range(SEGMENTS)]
+    crown_centre = len(uvs)
+    uvs.append(CROWN_CENTRE)
+    crown_rim = len(uvs)
+    uvs += [cap_uv(CROWN_CENTRE, s, 1) for s in range(SEGMENTS)]
+
     for s in range(SEGMENTS):  # the base, facing down
-        faces.append((0, ring(0, s + 1), ring(0, s)))
+        faces.append(((0, base_centre), (ring(0, s + 1), base_rim + (s + 1) % SEGMENTS),
+                      (ring(0, s), base_rim + s)))
     for r in range(rings - 1):  # quads, counter-clockwise seen from outside
         for s in range(SEGMENTS):
-            faces.append((ring(r, s), ring(r, s + 1), ring(r + 1, s + 1), ring(r + 1, s)))
+            faces.append(((ring(r, s), side_uv(r, s)), (ring(r, s + 1), side_uv(r, s + 1)),
+                          (ring(r + 1, s + 1), side_uv(r + 1, s + 1)), (ring(r + 1, s), side_uv(r + 1, s))))
     for s in range(SEGMENTS):  # the crown
-        faces.append((top, ring(rings - 1, s), ring(rings - 1, s + 1)))
-    return vertices, faces
+        faces.append(((top, crown_centre), (ring(rings - 1, s), crown_rim + s),
+                      (ring(rings - 1, s + 1), crown_rim + (s + 1) % SEGMENTS)))
+    return vertices, uvs, faces
 
 
 def main():
     here = os.path.dirname(os.path.abspath(__file__))
     out = sys.argv[1] if len(sys.argv) > 1 else os.path.join(here, "..", "..", "samples", "bust.obj")
-    vertices, faces = build()
-    lines = ["# A bust for `gritwell paint`, made by tools/samples/make_mesh.py",
+    vertices, uvs, faces = build()
+    lines = ["# A bust for `gritwell paint` and `gritwell bake`, made by tools/samples/make_mesh.py",
              "# %d vertices, %d faces; y up, the face looks along +z" % (len(vertices), len(faces)),
              "o bust"]
     lines += ["v %.6f %.6f %.6f" % v for v in vertices]
-    lines += ["f " + " ".join(str(i + 1) for i in f) for f in faces]
+    lines += ["vt %.6f %.6f" % t for t in uvs]
+    lines += ["f " + " ".join("%d/%d" % (v + 1, t + 1) for v, t in f) for f in faces]
     with open(out, "w", newline="\n") as f:
         f.write("\n".join(lines) + "\n")
 
