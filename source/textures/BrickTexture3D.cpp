@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "core/FloatToInt.h"
+#include "core/Rounding.h"
 #include "core/Vec2.h"
 #include "noise/CellNoise.h"
 #include "noise/PRMan.h"
@@ -32,20 +33,27 @@ void readFloat(float& field, const char* in, std::size_t offset) {
     std::memcpy(&field, in + offset, sizeof field);
 }
 
-// The brick a coordinate lies in, by the true floor (so -1.0 is in brick -1).
-int floorIndex(float v) { return truncToInt(std::floor(v)); }
+// The brick a coordinate lies in, by the true floor (so -1.0 is in brick -1):
+// truncToInt(std::floor(v)), without the library's floor. Below 2^23 the
+// truncation is one too high exactly where it lies above v; from there on
+// every float is whole and is its own floor (NaN still gives INT_MIN).
+int floorIndex(float v) {
+    if (!(std::fabs(v) < 0x1p23f)) return truncToInt(v);
+    const int i = truncToInt(v);
+    return static_cast<float>(i) > v ? i - 1 : i;
+}
 
 // Parity of a floored coordinate taken as a 64-bit integer. NaN and values
 // beyond that range convert to the 64-bit minimum, which is even.
 bool isEvenFloor(double floored) {
-    return !(std::fabs(floored) < 0x1p63) || std::fmod(floored, 2.0) == 0.0;
+    return !(std::fabs(floored) < 0x1p63) || fmodTwo(floored) == 0.0;
 }
 
 // Every other course (or layer) is shifted by half a brick: above the origin
 // those whose half-count has a fraction above one half, below it those with
 // a fraction under one half. A count of exactly 1 stays unshifted.
 bool shiftedByHalf(float coordinate, float count) {
-    const float f = std::fabs(std::fmod(0.5f * count, 1.0f));
+    const float f = std::fabs(fmodOne(0.5f * count));
     return coordinate >= 0.0f ? f > 0.5f : f < 0.5f;
 }
 
@@ -166,7 +174,7 @@ float BrickTexture3D::herringbone(const Record& r, int flags, float x, float y, 
     const double i = std::floor(static_cast<double>(s));
     const double j = std::floor(static_cast<double>(t));
     // Diagonal bands of bricks, alternately vertical (1) and horizontal (0).
-    const bool vertical = std::fabs(std::fmod(std::floor(0.5 * j + 0.5 * i), 2.0)) != 0.0;
+    const bool vertical = std::fabs(fmodTwo(std::floor(0.5 * j + 0.5 * i))) != 0.0;
     const float fs = static_cast<float>(s - i);
     const float ft = static_cast<float>(t - j);
     const float fu = u - std::floor(u);
