@@ -6,6 +6,8 @@
 #include <iterator>
 
 #include "core/FloatToInt.h"
+#include "core/Rounding.h"
+#include "core/SineToFloat.h"
 #include "noise/CellNoise.h"
 #include "noise/PRMan.h"
 
@@ -75,7 +77,7 @@ Threads threads(const WeaveTexture3D::Record& r, float x, float y) {
 // Darkens c by the thread's roundness at angle a: unchanged where sin(a) is
 // 1, c (1 - s) where it is -1.
 float shade(float c, float s, double a) {
-    const float wave = static_cast<float>(std::sin(a));
+    const float wave = sineToFloat(a);
     const float factor = static_cast<float>(0.5 + (1.0 - s) * 0.5 + wave / (2.0f / s));
     return c * factor;
 }
@@ -85,13 +87,13 @@ float shade(float c, float s, double a) {
 // one minus the remainder, so a negative integer gives 1, the far end of
 // the cell the cell-index rule puts it in.
 double plainFraction(float v) {
-    const double rest = std::fabs(std::fmod(static_cast<double>(v), 1.0));
+    const double rest = std::fabs(fmodOne(static_cast<double>(v)));
     return v >= 0.0f ? rest : 1.0 - rest;
 }
 
 // Evenness of a floored coordinate, as the twill has always tested it:
 // -1 is odd, and NaN or an infinity (whose remainder is NaN) is odd too.
-bool isEvenFloor(double floored) { return std::fmod(floored, 2.0) == 0.0; }
+bool isEvenFloor(double floored) { return fmodTwo(floored) == 0.0; }
 
 }  // namespace
 
@@ -144,7 +146,7 @@ float WeaveTexture3D::herringbone(const Record& r, float x, float y) {
     const Threads t = threads(r, x, y);
     const double i = std::floor(static_cast<double>(x));
     const double j = std::floor(static_cast<double>(y));
-    const double band = std::fabs(std::fmod(std::floor(0.5 * j + 0.5 * i), 2.0));
+    const double band = std::fabs(fmodTwo(std::floor(0.5 * j + 0.5 * i)));
     const float fx = static_cast<float>(x - i);
     const float fy = static_cast<float>(y - j);
     const bool differ = isEvenFloor(i) != isEvenFloor(j);
