@@ -31,7 +31,24 @@ constexpr double kInverseDensity = 2.5116162250408136;
 constexpr std::uint32_t kHashX = 702395077u;
 constexpr std::uint32_t kHashY = 915488749u;
 constexpr std::uint32_t kHashZ = 2120969693u;
-constexpr std::uint32_t churn(std::uint32_t seed) { return 1402024253u * seed + 586950981u; }
+constexpr std::uint32_t kChurnMul = 1402024253u;
+constexpr std::uint32_t kChurnAdd = 586950981u;
+constexpr std::uint32_t churn(std::uint32_t seed) { return kChurnMul * seed + kChurnAdd; }
+
+// churn applied n times, as one multiply and add: a feature's three
+// coordinates and the next seed all come from its first seed at once,
+// rather than through a chain of four dependent steps.
+struct Churns {
+    std::uint32_t mul, add;
+    constexpr std::uint32_t operator()(std::uint32_t seed) const { return mul * seed + add; }
+};
+constexpr Churns churnTimes(int n) {
+    Churns c{1u, 0u};
+    for (int k = 0; k < n; ++k) c = {kChurnMul * c.mul, kChurnMul * c.add + kChurnAdd};
+    return c;
+}
+constexpr Churns kChurn2 = churnTimes(2), kChurn3 = churnTimes(3), kChurn4 = churnTimes(4);
+static_assert(kChurn4(12345u) == churn(churn(churn(churn(12345u)))));
 // A seed read as unsigned, centred in its step and mapped into (0, 1).
 double unitOf(std::uint32_t seed) { return (seed + 0.5) * 2.3283064365386963e-10; }
 
@@ -132,13 +149,10 @@ template <class Visit>
 
     for (std::int32_t j = 0; j < count; ++j) {
         const std::uint32_t id = seed;
-        seed = churn(seed);
-        const double fx = unitOf(seed);
-        seed = churn(seed);
-        const double fy = unitOf(seed);
-        seed = churn(seed);
-        const double fz = unitOf(seed);
-        seed = churn(seed);
+        const double fx = unitOf(churn(seed));
+        const double fy = unitOf(kChurn2(seed));
+        const double fz = unitOf(kChurn3(seed));
+        seed = kChurn4(seed);
         visit(id, static_cast<double>(xi) + fx - at[0], static_cast<double>(yi) + fy - at[1],
               static_cast<double>(zi) + fz - at[2]);
     }
