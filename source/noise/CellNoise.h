@@ -11,6 +11,9 @@
 #include <cstdint>
 
 #include "core/FloatToInt.h"
+#include "core/FloatToIntLanes.h"
+#include "core/SimdTargets.h"
+#include "noise/DoubleLanes.h"
 
 namespace gritwell::CellNoise {
 
@@ -35,6 +38,41 @@ inline float cellNoise(float x, float y) {
 inline float cellNoise(float x, float y, float z) {
     return detail::unitFromUnsigned(
         detail::hash(detail::cell(y) * 1301u + detail::cell(z) * 314159u + detail::cell(x)));
+}
+
+// ---- Eight lanes (AVX2): the same steps, lane by lane ------------------------
+
+namespace detail {
+GRITWELL_AVX2 inline __m256i hash(__m256i n) {
+    n = _mm256_xor_si256(n, _mm256_slli_epi32(n, 13));
+    const __m256i inner = _mm256_add_epi32(_mm256_mullo_epi32(_mm256_mullo_epi32(n, n), _mm256_set1_epi32(15731)),
+                                           _mm256_set1_epi32(789221));
+    return _mm256_add_epi32(_mm256_mullo_epi32(n, inner), _mm256_set1_epi32(1376312589));
+}
+// AVX2 has no unsigned-to-float conversion: both 16-bit halves convert
+// exactly and their sum rounds once, to the float the scalar cast gives.
+GRITWELL_AVX2 inline __m256 unitFromUnsigned(__m256i h) {
+    const __m256 high = _mm256_cvtepi32_ps(_mm256_srli_epi32(h, 16));
+    const __m256 low = _mm256_cvtepi32_ps(_mm256_and_si256(h, _mm256_set1_epi32(0xffff)));
+    return _mm256_div_ps(_mm256_add_ps(_mm256_mul_ps(high, _mm256_set1_ps(65536.0f)), low),
+                         _mm256_set1_ps(4294967296.0f));
+}
+GRITWELL_AVX2 inline __m256 unitFromSigned(__m256i h) {
+    const DoubleLanes8 d = widen(_mm256_and_si256(h, _mm256_set1_epi32(0x7fffffff)));
+    const __m256d scale = _mm256_set1_pd(2147483647.0);
+    return narrow({_mm256_div_pd(d.low, scale), _mm256_div_pd(d.high, scale)});
+}
+}  // namespace detail
+
+GRITWELL_AVX2 inline __m256 cellNoise(__m256 x) { return detail::unitFromSigned(detail::hash(cellIndex(x))); }
+GRITWELL_AVX2 inline __m256 cellNoise(__m256 x, __m256 y) {
+    return detail::unitFromUnsigned(
+        detail::hash(_mm256_add_epi32(_mm256_mullo_epi32(cellIndex(y), _mm256_set1_epi32(1301)), cellIndex(x))));
+}
+GRITWELL_AVX2 inline __m256 cellNoise(__m256 x, __m256 y, __m256 z) {
+    const __m256i yz = _mm256_add_epi32(_mm256_mullo_epi32(cellIndex(y), _mm256_set1_epi32(1301)),
+                                        _mm256_mullo_epi32(cellIndex(z), _mm256_set1_epi32(314159)));
+    return detail::unitFromUnsigned(detail::hash(_mm256_add_epi32(yz, cellIndex(x))));
 }
 
 }  // namespace gritwell::CellNoise

@@ -2,7 +2,9 @@
 // Shading-language helpers: steps, pulses, blends, luminance, periodic noise
 // and small distances, with the precision each has always had.
 
+#include "core/SimdTargets.h"
 #include "core/Vec3.h"
+#include "noise/DoubleLanes.h"
 
 namespace gritwell::PRMan {
 
@@ -23,6 +25,13 @@ inline float mix(float a, float b, float t) {
     return static_cast<float>(left + right);
 }
 float mmix(float a, float b, float t);
+// mix, lane by lane (AVX2).
+GRITWELL_AVX2 inline __m256 mix(__m256 a, __m256 b, __m256 t) {
+    const DoubleLanes8 ad = widen(a), td = widen(t), right = widen(_mm256_mul_ps(b, t));
+    const __m256d one = _mm256_set1_pd(1.0);
+    return narrow({_mm256_add_pd(_mm256_mul_pd(ad.low, _mm256_sub_pd(one, td.low)), right.low),
+                   _mm256_add_pd(_mm256_mul_pd(ad.high, _mm256_sub_pd(one, td.high)), right.high)});
+}
 // Rec. 709 luma, 0.2126 r + 0.7152 g + 0.0722 b, in double, rounded to float.
 float luminance(float r, float g, float b);
 // 1-D gradient noise that repeats with `period` (0 is not guarded).

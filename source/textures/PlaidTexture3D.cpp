@@ -115,26 +115,9 @@ GRITWELL_AVX2 inline bool periodicNoise(__m256 x, float period, __m256& out) {
     return true;
 }
 
-// CellNoise::cellNoise(x), lane by lane.
-GRITWELL_AVX2 inline __m256 cellNoise1(__m256 x) {
-    __m256i n = cellIndex(x);
-    n = _mm256_xor_si256(n, _mm256_slli_epi32(n, 13));
-    const __m256i inner = _mm256_add_epi32(_mm256_mullo_epi32(_mm256_mullo_epi32(n, n), _mm256_set1_epi32(15731)),
-                                           _mm256_set1_epi32(789221));
-    const __m256i h = _mm256_and_si256(_mm256_add_epi32(_mm256_mullo_epi32(n, inner), _mm256_set1_epi32(1376312589)),
-                                       _mm256_set1_epi32(0x7fffffff));
-    const DoubleLanes d = widen(h);
-    const __m256d scale = _mm256_set1_pd(2147483647.0);
-    return narrow({_mm256_div_pd(d.low, scale), _mm256_div_pd(d.high, scale)});
-}
-
-// PRMan::mix(a, b, t) for constant a and b.
-GRITWELL_AVX2 inline __m256 mixLanes(float a, float b, __m256 t) {
-    const DoubleLanes td = widen(t);
-    const __m256d ad = _mm256_set1_pd(static_cast<double>(a)), one = _mm256_set1_pd(1.0);
-    const DoubleLanes right = widen(_mm256_mul_ps(_mm256_set1_ps(b), t));
-    return narrow({_mm256_add_pd(_mm256_mul_pd(ad, _mm256_sub_pd(one, td.low)), right.low),
-                   _mm256_add_pd(_mm256_mul_pd(ad, _mm256_sub_pd(one, td.high)), right.high)});
+// PRMan::mix(from, to, t) for a record's two colours.
+GRITWELL_AVX2 inline __m256 toward(float from, float to, __m256 t) {
+    return PRMan::mix(_mm256_set1_ps(from), _mm256_set1_ps(to), t);
 }
 
 // Eight points; false, with nothing written, where a group must go point by point.
@@ -145,10 +128,10 @@ GRITWELL_AVX2 bool plaid8(const PlaidTexture3D::Record& r, const float* xs, cons
         !periodicNoise(_mm256_mul_ps(_mm256_set1_ps(r.horizontalFrequency), x), static_cast<float>(r.horizontalPeriod), b))
         return false;
     const __m256 bands = _mm256_set1_ps(kBandsPerUnit);
-    const __m256 ya = mixLanes(r.color1, r.primaryBackground, a);
-    const __m256 xb = mixLanes(r.color2, r.primaryBackground, b);
-    const __m256 xc = mixLanes(r.color3, r.background2, cellNoise1(_mm256_mul_ps(bands, x)));
-    const __m256 yd = mixLanes(r.color4, r.background3, cellNoise1(_mm256_mul_ps(bands, y)));
+    const __m256 ya = toward(r.color1, r.primaryBackground, a);
+    const __m256 xb = toward(r.color2, r.primaryBackground, b);
+    const __m256 xc = toward(r.color3, r.background2, CellNoise::cellNoise(_mm256_mul_ps(bands, x)));
+    const __m256 yd = toward(r.color4, r.background3, CellNoise::cellNoise(_mm256_mul_ps(bands, y)));
     __m256 s = _mm256_add_ps(_mm256_add_ps(_mm256_add_ps(ya, xb), xc), yd);
     // s < 1 ? s : 1, then 0 < s ? s : 0, as clampedSum tests them.
     s = _mm256_blendv_ps(_mm256_set1_ps(1.0f), s, _mm256_cmp_ps(s, _mm256_set1_ps(1.0f), _CMP_LT_OQ));
