@@ -59,6 +59,43 @@ void BM_Session(benchmark::State& state, const GeneratorInfo* generator, int var
     state.SetItemsProcessed(state.iterations() * n);
 }
 
+// ns per point of continueSessionOne, the host's call for one point at a
+// time, over the same cloud.
+void BM_SessionOne(benchmark::State& state, const GeneratorInfo* generator, int flags) {
+    if (!plugin().ok()) {
+        state.SkipWithError(plugin().error().c_str());
+        return;
+    }
+    std::vector<float> points = packedPoints();
+    const int n = static_cast<int>(points.size() / 3);
+    const std::vector<char> record = RecordVariants::record(*generator, 0);
+    PluginSession session(plugin(), std::vector<unsigned char>(record.begin(), record.begin() + generator->recordSize),
+                          flags);
+    for (auto _ : state) {
+        float sum = 0.0f;
+        for (int i = 0; i < n; ++i)
+            sum += plugin().continueSessionOne(reinterpret_cast<char*>(points.data() + 3 * i), 0.0, nullptr, 0,
+                                               nullptr, 0, nullptr);
+        benchmark::DoNotOptimize(sum);
+    }
+    state.SetItemsProcessed(state.iterations() * n);
+}
+
+// One point per call of a generator host sessions never open.
+void BM_One(benchmark::State& state, const GeneratorInfo* generator, int flags) {
+    const std::vector<float> points = packedPoints();
+    const int n = static_cast<int>(points.size() / 3);
+    TexturePtr t(generator->create());
+    t->setStateFromDescription(RecordVariants::record(*generator, 0).data());
+    t->setFlags(flags);
+    for (auto _ : state) {
+        float sum = 0.0f;
+        for (int i = 0; i < n; ++i) sum += (*t)(points.data() + 3 * i);
+        benchmark::DoNotOptimize(sum);
+    }
+    state.SetItemsProcessed(state.iterations() * n);
+}
+
 // Generators host sessions never open: the same batch call, in-process.
 void BM_Batch(benchmark::State& state, const GeneratorInfo* generator, int variant, int flags) {
     const std::vector<float> points = packedPoints();
@@ -118,6 +155,8 @@ void registerBenchmarks() {
         }
         // The defaults again with the host's planar flags.
         benchmark::RegisterBenchmark((prefix + "planar").c_str(), bench, g, 0, kPlane);
+        // The defaults one point per call.
+        benchmark::RegisterBenchmark((prefix + "one point").c_str(), host ? BM_SessionOne : BM_One, g, kSpace);
     }
 }
 

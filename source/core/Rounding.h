@@ -1,7 +1,33 @@
 #pragma once
 // Rounding and small 2-D helpers of the math kit.
 
+#include <cmath>
+#include <cstdint>
+
+#include "core/FloatToInt.h"
+
 namespace gritwell {
+
+// std::fmod(v, 1) and std::fmod(v, 2), the same values to the sign of a
+// zero, by arithmetic that is exact rather than through the library's
+// general remainder. Below 2^23 (2^52 in double; 2^53 for the halves of
+// fmodTwo) a value's truncation is exact in an integer and v less it is the
+// remainder with no rounding; above, every value is a whole (even) number
+// and the remainder is zero.
+// A NaN or an infinity gives a NaN, as the library does.
+inline float fmodOne(float v) {
+    const float rest = std::fabs(v) < 0x1p23f ? v - static_cast<float>(truncToInt(v)) : v - v;
+    return std::copysign(rest, v);
+}
+inline double fmodOne(double v) {
+    const double rest = std::fabs(v) < 0x1p52 ? v - static_cast<double>(static_cast<std::int64_t>(v)) : v - v;
+    return std::copysign(rest, v);
+}
+inline double fmodTwo(double v) {
+    const double rest =
+        std::fabs(v) < 0x1p53 ? v - 2.0 * static_cast<double>(static_cast<std::int64_t>(0.5 * v)) : v - v;
+    return std::copysign(rest, v);
+}
 
 // The floor through the processor's round-to-nearest: round(2x - 0.5) >> 1.
 // Exact for every x in int range, integers included; INT_MIN >> 1 beyond it.

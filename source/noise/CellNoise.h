@@ -4,13 +4,75 @@
 //
 // The cell of a coordinate follows the shared cell-index rule, so an exactly
 // negative integer -m falls in cell -m - 1.
+//
+// Inline: the cellular searches call it three times for each of 27 cells a
+// point, and inlined the cells of a search's rows and columns are taken once.
+
+#include <cstdint>
+
+#include "core/FloatToInt.h"
+#include "core/FloatToIntLanes.h"
+#include "core/SimdTargets.h"
+#include "noise/DoubleLanes.h"
 
 namespace gritwell::CellNoise {
 
+namespace detail {
+// The integer hash of a cell number, on 32-bit words with wrap-around.
+inline std::uint32_t hash(std::uint32_t n) {
+    n ^= n << 13;
+    return n * (n * n * 15731u + 789221u) + 1376312589u;
+}
+// The 1-D and the 2-/3-D scalings differ on purpose; records depend on both.
+inline float unitFromSigned(std::uint32_t h) { return static_cast<float>((h & 0x7fffffffu) / 2147483647.0); }
+inline float unitFromUnsigned(std::uint32_t h) { return static_cast<float>(h) / 4294967296.0f; }
+inline std::uint32_t cell(float v) { return static_cast<std::uint32_t>(cellIndex(v)); }
+}  // namespace detail
+
 // In [0, 1]: (h AND 0x7fffffff) / 2147483647, in double, rounded to float.
-float cellNoise(float x);
+inline float cellNoise(float x) { return detail::unitFromSigned(detail::hash(detail::cell(x))); }
 // In [0, 1]: h as unsigned / 2^32 in float; 1.0 where h rounds up to 2^32.
-float cellNoise(float x, float y);
-float cellNoise(float x, float y, float z);
+inline float cellNoise(float x, float y) {
+    return detail::unitFromUnsigned(detail::hash(detail::cell(y) * 1301u + detail::cell(x)));
+}
+inline float cellNoise(float x, float y, float z) {
+    return detail::unitFromUnsigned(
+        detail::hash(detail::cell(y) * 1301u + detail::cell(z) * 314159u + detail::cell(x)));
+}
+
+// ---- Eight lanes (AVX2): the same steps, lane by lane ------------------------
+
+namespace detail {
+GRITWELL_AVX2 inline __m256i hash(__m256i n) {
+    n = _mm256_xor_si256(n, _mm256_slli_epi32(n, 13));
+    const __m256i inner = _mm256_add_epi32(_mm256_mullo_epi32(_mm256_mullo_epi32(n, n), _mm256_set1_epi32(15731)),
+                                           _mm256_set1_epi32(789221));
+    return _mm256_add_epi32(_mm256_mullo_epi32(n, inner), _mm256_set1_epi32(1376312589));
+}
+// AVX2 has no unsigned-to-float conversion: both 16-bit halves convert
+// exactly and their sum rounds once, to the float the scalar cast gives.
+GRITWELL_AVX2 inline __m256 unitFromUnsigned(__m256i h) {
+    const __m256 high = _mm256_cvtepi32_ps(_mm256_srli_epi32(h, 16));
+    const __m256 low = _mm256_cvtepi32_ps(_mm256_and_si256(h, _mm256_set1_epi32(0xffff)));
+    return _mm256_div_ps(_mm256_add_ps(_mm256_mul_ps(high, _mm256_set1_ps(65536.0f)), low),
+                         _mm256_set1_ps(4294967296.0f));
+}
+GRITWELL_AVX2 inline __m256 unitFromSigned(__m256i h) {
+    const DoubleLanes8 d = widen(_mm256_and_si256(h, _mm256_set1_epi32(0x7fffffff)));
+    const __m256d scale = _mm256_set1_pd(2147483647.0);
+    return narrow({_mm256_div_pd(d.low, scale), _mm256_div_pd(d.high, scale)});
+}
+}  // namespace detail
+
+GRITWELL_AVX2 inline __m256 cellNoise(__m256 x) { return detail::unitFromSigned(detail::hash(cellIndex(x))); }
+GRITWELL_AVX2 inline __m256 cellNoise(__m256 x, __m256 y) {
+    return detail::unitFromUnsigned(
+        detail::hash(_mm256_add_epi32(_mm256_mullo_epi32(cellIndex(y), _mm256_set1_epi32(1301)), cellIndex(x))));
+}
+GRITWELL_AVX2 inline __m256 cellNoise(__m256 x, __m256 y, __m256 z) {
+    const __m256i yz = _mm256_add_epi32(_mm256_mullo_epi32(cellIndex(y), _mm256_set1_epi32(1301)),
+                                        _mm256_mullo_epi32(cellIndex(z), _mm256_set1_epi32(314159)));
+    return detail::unitFromUnsigned(detail::hash(_mm256_add_epi32(yz, cellIndex(x))));
+}
 
 }  // namespace gritwell::CellNoise

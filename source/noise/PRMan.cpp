@@ -1,6 +1,7 @@
 #include "noise/PRMan.h"
 
 #include <cmath>
+#include <cstdint>
 
 #include "noise/Perlin.h"
 
@@ -13,20 +14,10 @@ float smoothstep(float a, float b, float x) {
     return t * t * (3.0f - 2.0f * t);
 }
 
-float step(float a, float x) { return x < a ? 0.0f : 1.0f; }
-
-float squarepulse(float a, float b, float x) { return step(a, x) - step(b, x); }
-
 float clamp(float x, float lo, float hi) {
     if (x < lo) return lo;
     if (x > hi) return hi;
     return x;
-}
-
-float mix(float a, float b, float t) {
-    const double left = a * (1.0 - t);
-    const float right = b * t;
-    return static_cast<float>(left + right);
 }
 
 float mmix(float a, float b, float t) { return mix(a, b, t); }
@@ -35,8 +26,31 @@ float luminance(float r, float g, float b) {
     return static_cast<float>(r * 0.2126 + 0.7152 * g + 0.0722 * b);
 }
 
+namespace {
+
+// std::fmod(x, period) of two floats, the remainder every caller's bits rest
+// on. Where it is certain to be exact, plain arithmetic: a sample within one
+// period is its own remainder; a whole-number period up to 2^24 divides a
+// sample below 2^24 with a quotient and product exact in double, and the
+// one quotient the rounded division can overshoot is taken back. Anything
+// else goes to the library.
+double periodRemainder(float x, float period) {
+    const double ax = std::fabs(static_cast<double>(x));
+    const double ap = std::fabs(static_cast<double>(period));
+    if (ax < ap) return x;
+    // Past the first test a period that is not NaN is at most the sample.
+    if (!(ax < 0x1p24 && ap >= 1.0) || ap != static_cast<double>(static_cast<std::int64_t>(ap)))
+        return std::fmod(static_cast<double>(x), static_cast<double>(period));
+    const double q = static_cast<double>(static_cast<std::int64_t>(ax / ap));
+    double r = ax - q * ap;
+    if (r < 0.0) r += ap;
+    return std::copysign(r, static_cast<double>(x));
+}
+
+}  // namespace
+
 float pnoise(float x, float period) {
-    const float xp = static_cast<float>(std::fmod(static_cast<double>(x), static_cast<double>(period)) +
+    const float xp = static_cast<float>(periodRemainder(x, period) +
                                         (x < 0.0f ? static_cast<double>(period) : 0.0));
     return ((period - xp) * Perlin::noise(xp) + xp * Perlin::noise(xp - period)) / period;
 }

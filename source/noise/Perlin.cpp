@@ -10,6 +10,8 @@
 #include <utility>
 
 #include "core/FloatToInt.h"
+#include "core/FloatToIntLanes.h"
+#include "core/SimdTargets.h"
 #include "noise/FractalSum.h"
 #include "noise/PerlinLattice.h"
 #include "noise/PerlinPermutation.h"
@@ -511,6 +513,188 @@ float Perlin::snoise(float x, float y, float z) {
                              corner(x2, y2, z2, ii + i2, jj + j2, kk + k2) +
                              corner(x3, y3, z3, ii + 1, jj + 1, kk + 1));
 }
+
+// ---- Simplex noise, eight points at a time ---------------------------------
+//
+// snoise(x, y) and snoise(x, y, z) with one lane per point: the same
+// operations in the same order, the corner ordering by comparison masks,
+// the hash chain through gathers. AVX-512 processors run this kernel too:
+// the gathers, not the lane count, set its pace.
+
+namespace {
+
+// The table block with four spare bytes after it: a gather reads a 32-bit
+// word at the largest index, 511, and keeps its low byte.
+struct PaddedTableBlock {
+    std::uint8_t bytes[256 + 512 + 4];
+};
+
+constexpr PaddedTableBlock makePaddedTableBlock() {
+    PaddedTableBlock b{};
+    for (std::size_t k = 0; k < kTableBlock.size(); ++k) b.bytes[k] = kTableBlock[k];
+    return b;
+}
+
+constexpr PaddedTableBlock kPaddedTableBlock = makePaddedTableBlock();
+
+// perm[i] lane by lane, i from -256 to 511.
+GRITWELL_AVX2 inline __m256i permLanes(__m256i i) {
+    const __m256i word =
+        _mm256_i32gather_epi32(reinterpret_cast<const int*>(kPaddedTableBlock.bytes + 256), i, 1);
+    return _mm256_and_si256(word, _mm256_set1_epi32(255));
+}
+
+// simplexIndex lane by lane: the remainder of a division by 256 that
+// truncates toward zero, so it keeps the cell's sign.
+GRITWELL_AVX2 inline __m256i simplexIndexLanes(__m256i cell) {
+    const __m256i bias = _mm256_srli_epi32(_mm256_srai_epi32(cell, 31), 24);  // 255 for negative cells
+    const __m256i quotient = _mm256_srai_epi32(_mm256_add_epi32(cell, bias), 8);
+    return _mm256_sub_epi32(cell, _mm256_slli_epi32(quotient, 8));
+}
+
+// 0 where t < 0, else (t^2)^2 g: the corner's weight, t its radius term.
+GRITWELL_AVX2 inline __m256 cornerWeight(__m256 t, __m256 g) {
+    const __m256 t2 = _mm256_mul_ps(t, t);
+    const __m256 w = _mm256_mul_ps(_mm256_mul_ps(t2, t2), g);
+    return _mm256_andnot_ps(_mm256_cmp_ps(t, _mm256_setzero_ps(), _CMP_LT_OQ), w);
+}
+
+GRITWELL_AVX2 inline __m256 cornerLanes(__m256 x, __m256 y, __m256i i, __m256i j) {
+    const __m256 t = _mm256_sub_ps(_mm256_sub_ps(_mm256_set1_ps(kRadius2), _mm256_mul_ps(x, x)), _mm256_mul_ps(y, y));
+    const __m256i h = permLanes(_mm256_add_epi32(i, permLanes(j)));
+    return cornerWeight(t, lattice::gradient(h, x, y));
+}
+
+GRITWELL_AVX2 inline __m256 cornerLanes(__m256 x, __m256 y, __m256 z, __m256i i, __m256i j, __m256i k) {
+    const __m256 t = _mm256_sub_ps(
+        _mm256_sub_ps(_mm256_sub_ps(_mm256_set1_ps(kRadius3), _mm256_mul_ps(x, x)), _mm256_mul_ps(y, y)),
+        _mm256_mul_ps(z, z));
+    const __m256i h = permLanes(_mm256_add_epi32(i, permLanes(_mm256_add_epi32(j, permLanes(k)))));
+    return cornerWeight(t, lattice::gradient(h, x, y, z));
+}
+
+// 1 in the lanes of a mask, 0 elsewhere, as floats and as integers.
+GRITWELL_AVX2 inline __m256 oneWhere(__m256 mask) { return _mm256_and_ps(mask, _mm256_set1_ps(1.0f)); }
+GRITWELL_AVX2 inline __m256i oneWhereInt(__m256 mask) { return _mm256_srli_epi32(_mm256_castps_si256(mask), 31); }
+
+GRITWELL_AVX2 __m256 snoiseLanes(__m256 x, __m256 y) {
+    const __m256 s = _mm256_mul_ps(_mm256_add_ps(x, y), _mm256_set1_ps(kF2));
+    const __m256i i = cellIndex(_mm256_add_ps(x, s)), j = cellIndex(_mm256_add_ps(y, s));
+    const __m256 t = _mm256_mul_ps(_mm256_cvtepi32_ps(_mm256_add_epi32(i, j)), _mm256_set1_ps(kG2));
+    const __m256 x0 = _mm256_sub_ps(x, _mm256_sub_ps(_mm256_cvtepi32_ps(i), t));
+    const __m256 y0 = _mm256_sub_ps(y, _mm256_sub_ps(_mm256_cvtepi32_ps(j), t));
+
+    const __m256 xFirst = _mm256_cmp_ps(x0, y0, _CMP_GT_OQ);
+    const __m256 i1 = oneWhere(xFirst), j1 = _mm256_sub_ps(_mm256_set1_ps(1.0f), i1);
+    const __m256i i1n = oneWhereInt(xFirst), j1n = _mm256_sub_epi32(_mm256_set1_epi32(1), i1n);
+
+    const __m256 g2 = _mm256_set1_ps(kG2), twoG2 = _mm256_set1_ps(2.0f * kG2), one = _mm256_set1_ps(1.0f);
+    const __m256 x1 = _mm256_add_ps(_mm256_sub_ps(x0, i1), g2), y1 = _mm256_add_ps(_mm256_sub_ps(y0, j1), g2);
+    const __m256 x2 = _mm256_add_ps(_mm256_sub_ps(x0, one), twoG2), y2 = _mm256_add_ps(_mm256_sub_ps(y0, one), twoG2);
+
+    const __m256i ii = simplexIndexLanes(i), jj = simplexIndexLanes(j), step = _mm256_set1_epi32(1);
+    const __m256 sum = _mm256_add_ps(
+        _mm256_add_ps(cornerLanes(x0, y0, ii, jj),
+                      cornerLanes(x1, y1, _mm256_add_epi32(ii, i1n), _mm256_add_epi32(jj, j1n))),
+        cornerLanes(x2, y2, _mm256_add_epi32(ii, step), _mm256_add_epi32(jj, step)));
+    return _mm256_mul_ps(_mm256_set1_ps(kSimplexScale2), sum);
+}
+
+GRITWELL_AVX2 __m256 snoiseLanes(__m256 x, __m256 y, __m256 z) {
+    const __m256 s = _mm256_mul_ps(_mm256_add_ps(_mm256_add_ps(x, y), z), _mm256_set1_ps(kF3));
+    const __m256i i = cellIndex(_mm256_add_ps(x, s)), j = cellIndex(_mm256_add_ps(y, s)),
+                  k = cellIndex(_mm256_add_ps(z, s));
+    const __m256 t =
+        _mm256_mul_ps(_mm256_cvtepi32_ps(_mm256_add_epi32(_mm256_add_epi32(i, j), k)), _mm256_set1_ps(kG3));
+    const __m256 x0 = _mm256_sub_ps(x, _mm256_sub_ps(_mm256_cvtepi32_ps(i), t));
+    const __m256 y0 = _mm256_sub_ps(y, _mm256_sub_ps(_mm256_cvtepi32_ps(j), t));
+    const __m256 z0 = _mm256_sub_ps(z, _mm256_sub_ps(_mm256_cvtepi32_ps(k), t));
+
+    // The one-point branches as masks: with xy = x0 >= y0, yz = y0 >= z0 and
+    // xz = x0 >= z0, the first step goes along x where xy and xz hold, along
+    // y where neither xy nor yz, and along z otherwise; the second step
+    // leaves out the axis of the last, x where neither xy nor xz, y where
+    // xy and yz, and z otherwise. NaN offsets take the one-point path's
+    // branches too: every comparison fails, which reads as Z Y X there and
+    // here alike.
+    const __m256 xy = _mm256_cmp_ps(x0, y0, _CMP_GE_OQ);
+    const __m256 yz = _mm256_cmp_ps(y0, z0, _CMP_GE_OQ);
+    const __m256 xz = _mm256_cmp_ps(x0, z0, _CMP_GE_OQ);
+    const __m256 yLtZ = _mm256_cmp_ps(y0, z0, _CMP_LT_OQ), xLtZ = _mm256_cmp_ps(x0, z0, _CMP_LT_OQ);
+    // Below: the one-point tests spelt out, "else" branches included.
+    const __m256 whenXY = xy;
+    const __m256 whenNotXY = _mm256_andnot_ps(xy, _mm256_castsi256_ps(_mm256_set1_epi32(-1)));
+    // x0 >= y0: XYZ (yz), XZY (!yz && xz), ZXY (!yz && !xz).
+    const __m256 xyz = _mm256_and_ps(whenXY, yz);
+    const __m256 xzy = _mm256_and_ps(whenXY, _mm256_andnot_ps(yz, xz));
+    const __m256 zxy = _mm256_and_ps(whenXY, _mm256_andnot_ps(yz, _mm256_andnot_ps(xz, whenXY)));
+    // otherwise: ZYX (y0 < z0), YZX (!(y0 < z0) && x0 < z0), YXZ (neither).
+    const __m256 zyx = _mm256_and_ps(whenNotXY, yLtZ);
+    const __m256 yzx = _mm256_and_ps(whenNotXY, _mm256_andnot_ps(yLtZ, xLtZ));
+    const __m256 yxz = _mm256_and_ps(whenNotXY, _mm256_andnot_ps(yLtZ, _mm256_andnot_ps(xLtZ, whenNotXY)));
+
+    const __m256 i1m = _mm256_or_ps(xyz, xzy), j1m = _mm256_or_ps(yzx, yxz), k1m = _mm256_or_ps(zxy, zyx);
+    const __m256 i2m = _mm256_or_ps(_mm256_or_ps(xyz, xzy), _mm256_or_ps(zxy, yxz));
+    const __m256 j2m = _mm256_or_ps(_mm256_or_ps(xyz, zyx), _mm256_or_ps(yzx, yxz));
+    const __m256 k2m = _mm256_or_ps(_mm256_or_ps(xzy, zxy), _mm256_or_ps(zyx, yzx));
+
+    const __m256 g3 = _mm256_set1_ps(kG3), twoG3 = _mm256_set1_ps(2.0f * kG3), half = _mm256_set1_ps(0.5f);
+    const __m256 x1 = _mm256_add_ps(_mm256_sub_ps(x0, oneWhere(i1m)), g3);
+    const __m256 y1 = _mm256_add_ps(_mm256_sub_ps(y0, oneWhere(j1m)), g3);
+    const __m256 z1 = _mm256_add_ps(_mm256_sub_ps(z0, oneWhere(k1m)), g3);
+    const __m256 x2 = _mm256_add_ps(_mm256_sub_ps(x0, oneWhere(i2m)), twoG3);
+    const __m256 y2 = _mm256_add_ps(_mm256_sub_ps(y0, oneWhere(j2m)), twoG3);
+    const __m256 z2 = _mm256_add_ps(_mm256_sub_ps(z0, oneWhere(k2m)), twoG3);
+    const __m256 x3 = _mm256_sub_ps(x0, half), y3 = _mm256_sub_ps(y0, half), z3 = _mm256_sub_ps(z0, half);
+
+    const __m256i ii = simplexIndexLanes(i), jj = simplexIndexLanes(j), kk = simplexIndexLanes(k);
+    const __m256i step = _mm256_set1_epi32(1);
+    const __m256 c0 = cornerLanes(x0, y0, z0, ii, jj, kk);
+    const __m256 c1 = cornerLanes(x1, y1, z1, _mm256_add_epi32(ii, oneWhereInt(i1m)),
+                                  _mm256_add_epi32(jj, oneWhereInt(j1m)), _mm256_add_epi32(kk, oneWhereInt(k1m)));
+    const __m256 c2 = cornerLanes(x2, y2, z2, _mm256_add_epi32(ii, oneWhereInt(i2m)),
+                                  _mm256_add_epi32(jj, oneWhereInt(j2m)), _mm256_add_epi32(kk, oneWhereInt(k2m)));
+    const __m256 c3 = cornerLanes(x3, y3, z3, _mm256_add_epi32(ii, step), _mm256_add_epi32(jj, step),
+                                  _mm256_add_epi32(kk, step));
+    return _mm256_mul_ps(_mm256_set1_ps(kSimplexScale3), _mm256_add_ps(_mm256_add_ps(_mm256_add_ps(c0, c1), c2), c3));
+}
+
+GRITWELL_AVX2 void snoiseAvx2(const float* x, const float* y, const float* z, int n, float* out) {
+    int k = 0;
+    for (; k + 8 <= n; k += 8)
+        _mm256_storeu_ps(out + k, snoiseLanes(_mm256_loadu_ps(x + k), _mm256_loadu_ps(y + k), _mm256_loadu_ps(z + k)));
+    for (; k < n; ++k) out[k] = Perlin::snoise(x[k], y[k], z[k]);
+}
+
+GRITWELL_AVX2 void snoiseAvx2(const float* x, const float* y, int n, float* out) {
+    int k = 0;
+    for (; k + 8 <= n; k += 8) _mm256_storeu_ps(out + k, snoiseLanes(_mm256_loadu_ps(x + k), _mm256_loadu_ps(y + k)));
+    for (; k < n; ++k) out[k] = Perlin::snoise(x[k], y[k]);
+}
+
+}  // namespace
+
+void Perlin::snoise(SimdLevel level, const float* x, const float* y, const float* z, int n, float* out) {
+    if (supportedSimdLevel(level) != SimdLevel::kScalar) {
+        snoiseAvx2(x, y, z, n, out);
+        return;
+    }
+    for (int k = 0; k < n; ++k) out[k] = snoise(x[k], y[k], z[k]);
+}
+
+void Perlin::snoise(SimdLevel level, const float* x, const float* y, int n, float* out) {
+    if (supportedSimdLevel(level) != SimdLevel::kScalar) {
+        snoiseAvx2(x, y, n, out);
+        return;
+    }
+    for (int k = 0; k < n; ++k) out[k] = snoise(x[k], y[k]);
+}
+
+void Perlin::snoise(const float* x, const float* y, const float* z, int n, float* out) {
+    snoise(simdLevel(), x, y, z, n, out);
+}
+
+void Perlin::snoise(const float* x, const float* y, int n, float* out) { snoise(simdLevel(), x, y, n, out); }
 
 float Perlin::snoise(float x, float y, float z, float w) {
     const float s = (x + y + z + w) * kF4;

@@ -1,6 +1,7 @@
 #include "noise/Voronoi.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 
 #include "core/DistanceMetrics.h"
@@ -180,48 +181,139 @@ void Voronoi::Calculate(float x, float y, float z, float* F, float* P, DistanceM
     search(Vec3(x, y, z), TheFloor(x), TheFloor(y), wrapAdd(cz, -1), wrapAdd(cz, 1), F, P, m);
 }
 
+// ---- One point, distances only --------------------------------------------
+//
+// Get needs the distances of the search but not its features, so it runs a
+// search of its own: the metric chosen once rather than per cell, the index
+// chain of each layer and column looked up once and shared by the cells
+// above it, and only as many places kept as the result reads. The values are
+// those Calculate gives: of the same set of distances, the same N smallest.
+//
+// Length is compared squared and its root taken once at the end. sqrt is
+// correctly rounded and so never reverses an order, and a key that reaches
+// infinity (the only one whose root is not below kFarAway) stays out, as its
+// distance would.
+
 namespace {
 
-// Get for either dimension; calc fills F (and P) for the sample.
-template <class Calc, class Recurse>
-float combine(Voronoi::VoronoiType t, Calc calc, Recurse recurse) {
+// A metric as a key that orders as its distance does, the distance from the
+// key, and the key that no distance of the search can reach.
+struct LengthKey {
+    static constexpr float kNone = __builtin_inff();
+    static float key(const Vec3& v) { return sqrlen(v); }
+    static float distance(float k) { return k == kNone ? kFarAway : std::sqrt(k); }
+};
+
+template <float (*Metric)(const Vec3&)>
+struct PlainKey {
+    static constexpr float kNone = kFarAway;
+    [[gnu::always_inline]] static float key(const Vec3& v) { return Metric(v); }
+    static float distance(float k) { return k; }
+};
+
+constexpr float squaredLength(const Vec3& v) { return sqrlen(v); }
+
+// Keeps the N smallest keys ascending; a key that beats none leaves them.
+template <int N>
+[[gnu::always_inline]] inline void keep(float d, float* F) {
+    for (int r = N - 1; r > 0; --r)
+        if (d < F[r]) F[r] = d < F[r - 1] ? F[r - 1] : d;
+    if (d < F[0]) F[0] = d;
+}
+
+// F[0..N-1] for the sample s in cell (cx, cy, cz): Layers 3 searches the
+// cells around it in space; Layers 1 the plane's layer k = 0 alone (cz is 0).
+template <int N, int Layers, class Key>
+void nearest(const Vec3& s, int cx, int cy, int cz, float* F) {
+    const auto& index = kTables.index;
+    auto low = [](int v) { return static_cast<std::uint8_t>(static_cast<unsigned>(v)); };
+    float fi[3], fj[3], fk[Layers];
+    std::uint8_t a[Layers], b[3][Layers];
+    for (int d = 0; d < 3; ++d) {
+        fi[d] = static_cast<float>(wrapAdd(cx, d - 1));
+        fj[d] = static_cast<float>(wrapAdd(cy, d - 1));
+    }
+    for (int dk = 0; dk < Layers; ++dk) {
+        const int k = wrapAdd(cz, dk - Layers / 2);
+        fk[dk] = static_cast<float>(k);
+        a[dk] = index[low(k)];
+    }
+    for (int dj = 0; dj < 3; ++dj)
+        for (int dk = 0; dk < Layers; ++dk) b[dj][dk] = index[static_cast<std::uint8_t>(a[dk] + low(cy) + dj - 1)];
+    for (int r = 0; r < N; ++r) F[r] = Key::kNone;
+    for (int di = 0; di < 3; ++di) {
+        const std::uint8_t x = static_cast<std::uint8_t>(low(cx) + di - 1);
+        for (int dj = 0; dj < 3; ++dj)
+            for (int dk = 0; dk < Layers; ++dk) {
+                const Voronoi::Row& c = kTables.coords[index[static_cast<std::uint8_t>(b[dj][dk] + x)]];
+                const Vec3 q(fi[di] + c[0], fj[dj] + c[1], fk[dk] + c[2]);
+                keep<N>(Key::key(s - q), F);
+            }
+    }
+    for (int r = 0; r < N; ++r) F[r] = Key::distance(F[r]);
+}
+
+// The combination Get returns from the N nearest distances the search finds.
+template <int Layers, class Key>
+float combineWith(const Vec3& s, int cx, int cy, int cz, Voronoi::VoronoiType t) {
     float F[4];
-    float P[12];
     switch (t) {
         case Voronoi::Difference21:
-            calc(F, P);
+            nearest<2, Layers, Key>(s, cx, cy, cz, F);
             return scaled(F[1] - F[0]);
         case Voronoi::Difference32:
-            calc(F, P);
+            nearest<3, Layers, Key>(s, cx, cy, cz, F);
             return scaled(F[2] - F[1]);
         case Voronoi::Crackle:
-            // The recursive value is already scaled and is scaled once more:
-            // stored records depend on the double scaling.
-            return scaled(std::max(1.0f, 20.0f * recurse(Voronoi::Difference21)));
+            // The difference is scaled, and scaled once more after the
+            // floor: stored records depend on the double scaling.
+            nearest<2, Layers, Key>(s, cx, cy, cz, F);
+            return scaled(std::max(1.0f, 20.0f * scaled(F[1] - F[0])));
         case Voronoi::Second:
+            nearest<2, Layers, Key>(s, cx, cy, cz, F);
+            return scaled(F[1]);
         case Voronoi::Third:
+            nearest<3, Layers, Key>(s, cx, cy, cz, F);
+            return scaled(F[2]);
         case Voronoi::Fourth:
-            calc(F, P);
-            return scaled(F[t]);
+            nearest<4, Layers, Key>(s, cx, cy, cz, F);
+            return scaled(F[3]);
         case Voronoi::First:
         default:
-            calc(F, P);
+            nearest<1, Layers, Key>(s, cx, cy, cz, F);
             return scaled(F[0]);  // First, and every invalid type
+    }
+}
+
+template <int Layers>
+float getOne(const Vec3& s, int cx, int cy, int cz, Voronoi::VoronoiType t, Voronoi::DistanceMethod m) {
+    switch (m) {
+        case Voronoi::LengthSquared:
+            return combineWith<Layers, PlainKey<squaredLength>>(s, cx, cy, cz, t);
+        case Voronoi::Manhattan:
+            return combineWith<Layers, PlainKey<manhattan>>(s, cx, cy, cz, t);
+        case Voronoi::Chebychev:
+            return combineWith<Layers, PlainKey<chebychev>>(s, cx, cy, cz, t);
+        case Voronoi::Quadratic:
+            return combineWith<Layers, PlainKey<quadratic>>(s, cx, cy, cz, t);
+        case Voronoi::Minkowski4:
+            return combineWith<Layers, PlainKey<minkowski4>>(s, cx, cy, cz, t);
+        case Voronoi::Minkowski5:
+            return combineWith<Layers, PlainKey<minkowski5>>(s, cx, cy, cz, t);
+        case Voronoi::Length:
+        default:
+            return combineWith<Layers, LengthKey>(s, cx, cy, cz, t);  // and every value outside the enumeration
     }
 }
 
 }  // namespace
 
 float Voronoi::Get(float x, float y, VoronoiType t, DistanceMethod m) {
-    return combine(
-        t, [&](float* F, float* P) { Calculate(x, y, F, P, m); },
-        [&](VoronoiType u) { return Get(x, y, u, m); });
+    return getOne<1>(Vec3(x, y, 0.0f), TheFloor(x), TheFloor(y), 0, t, m);
 }
 
 float Voronoi::Get(float x, float y, float z, VoronoiType t, DistanceMethod m) {
-    return combine(
-        t, [&](float* F, float* P) { Calculate(x, y, z, F, P, m); },
-        [&](VoronoiType u) { return Get(x, y, z, u, m); });
+    return getOne<3>(Vec3(x, y, z), TheFloor(x), TheFloor(y), TheFloor(z), t, m);
 }
 
 // ---- Eight points at a time ------------------------------------------------

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <type_traits>
 
 #include "core/FloatToInt.h"
 
@@ -30,7 +31,24 @@ constexpr double kInverseDensity = 2.5116162250408136;
 constexpr std::uint32_t kHashX = 702395077u;
 constexpr std::uint32_t kHashY = 915488749u;
 constexpr std::uint32_t kHashZ = 2120969693u;
-constexpr std::uint32_t churn(std::uint32_t seed) { return 1402024253u * seed + 586950981u; }
+constexpr std::uint32_t kChurnMul = 1402024253u;
+constexpr std::uint32_t kChurnAdd = 586950981u;
+constexpr std::uint32_t churn(std::uint32_t seed) { return kChurnMul * seed + kChurnAdd; }
+
+// churn applied n times, as one multiply and add: a feature's three
+// coordinates and the next seed all come from its first seed at once,
+// rather than through a chain of four dependent steps.
+struct Churns {
+    std::uint32_t mul, add;
+    constexpr std::uint32_t operator()(std::uint32_t seed) const { return mul * seed + add; }
+};
+constexpr Churns churnTimes(int n) {
+    Churns c{1u, 0u};
+    for (int k = 0; k < n; ++k) c = {kChurnMul * c.mul, kChurnMul * c.add + kChurnAdd};
+    return c;
+}
+constexpr Churns kChurn2 = churnTimes(2), kChurn3 = churnTimes(3), kChurn4 = churnTimes(4);
+static_assert(kChurn4(12345u) == churn(churn(churn(churn(12345u)))));
 // A seed read as unsigned, centred in its step and mapped into (0, 1).
 double unitOf(std::uint32_t seed) { return (seed + 0.5) * 2.3283064365386963e-10; }
 
@@ -49,62 +67,175 @@ constexpr int kNeighbours[26][3] = {
 // Cube indices live in long: a cube beside the int-range extremes must not overflow.
 static_assert(sizeof(long) >= 8, "cube indices need a 64-bit long");
 
-double measure(double dx, double dy, double dz, DistanceMethod m) {
-    switch (m) {
-        case LengthSquared: {
-            const double s = dx * dx + dy * dy + dz * dz;
-            return s * s;
+template <DistanceMethod M>
+[[gnu::always_inline]] inline double measureAs(double dx, double dy, double dz) {
+    if constexpr (M == LengthSquared) {
+        const double s = dx * dx + dy * dy + dz * dz;
+        return s * s;
+    } else if constexpr (M == LargestPlusRadial) {
+        const double ax = std::fabs(dx), ay = std::fabs(dy), az = std::fabs(dz);
+        double a, b, c;  // the largest (x before y before z on ties), then the others in order
+        if (ax >= ay && ax >= az) {
+            a = ax;
+            b = dy;
+            c = dz;
+        } else if (ay >= az) {
+            a = ay;
+            b = dx;
+            c = dz;
+        } else {
+            a = az;
+            b = dx;
+            c = dy;
         }
-        case LargestPlusRadial: {
-            const double ax = std::fabs(dx), ay = std::fabs(dy), az = std::fabs(dz);
-            double a, b, c;  // the largest (x before y before z on ties), then the others in order
-            if (ax >= ay && ax >= az) {
-                a = ax;
-                b = dy;
-                c = dz;
-            } else if (ay >= az) {
-                a = ay;
-                b = dx;
-                c = dz;
-            } else {
-                a = az;
-                b = dx;
-                c = dy;
-            }
-            const double r = a + std::sqrt(b * b + c * c);
-            return r * r;
-        }
-        case Manhattan: {
-            const double s = std::fabs(dx) + std::fabs(dy) + std::fabs(dz);
-            return s * s;
-        }
-        case Chebychev: {
-            const double s = std::max(std::max(std::fabs(dx), std::fabs(dy)), std::fabs(dz));
-            return s * s;
-        }
-        case Quadratic: {
-            const double s = dx * dx + dy * dy + dz * dz + dx * dy + dx * dz + dy * dz;
-            return s * s;
-        }
-        case Minkowski4: {
-            // The fourth-order sum in double, its root in single precision;
-            // squared in double so the final sqrt gives the root back exactly.
-            const double s = dx * dx * dx * dx + dy * dy * dy * dy + dz * dz * dz * dz;
-            const float r = std::pow(static_cast<float>(s), 0.25f);
-            return static_cast<double>(r) * r;
-        }
-        case Minkowski5: {
-            // The fourth power, not the square, of the root sum: the returned
-            // distance is that fourth power. Stored records depend on it.
-            const double s =
-                std::sqrt(std::fabs(dx)) + std::sqrt(std::fabs(dy)) + std::sqrt(std::fabs(dz));
-            const float r = std::pow(static_cast<float>(s), 4.0f);
-            return static_cast<double>(r) * r;
-        }
-        case Length:
-        default:
-            return dx * dx + dy * dy + dz * dz;  // Length and every value outside the enumeration
+        const double r = a + std::sqrt(b * b + c * c);
+        return r * r;
+    } else if constexpr (M == Manhattan) {
+        const double s = std::fabs(dx) + std::fabs(dy) + std::fabs(dz);
+        return s * s;
+    } else if constexpr (M == Chebychev) {
+        const double s = std::max(std::max(std::fabs(dx), std::fabs(dy)), std::fabs(dz));
+        return s * s;
+    } else if constexpr (M == Quadratic) {
+        const double s = dx * dx + dy * dy + dz * dz + dx * dy + dx * dz + dy * dz;
+        return s * s;
+    } else if constexpr (M == Minkowski4) {
+        // The fourth-order sum in double, its root in single precision;
+        // squared in double so the final sqrt gives the root back exactly.
+        const double s = dx * dx * dx * dx + dy * dy * dy * dy + dz * dz * dz * dz;
+        const float r = std::pow(static_cast<float>(s), 0.25f);
+        return static_cast<double>(r) * r;
+    } else if constexpr (M == Minkowski5) {
+        // The fourth power, not the square, of the root sum: the returned
+        // distance is that fourth power. Stored records depend on it.
+        const double s = std::sqrt(std::fabs(dx)) + std::sqrt(std::fabs(dy)) + std::sqrt(std::fabs(dz));
+        const float r = std::pow(static_cast<float>(s), 4.0f);
+        return static_cast<double>(r) * r;
+    } else {
+        return dx * dx + dy * dy + dz * dz;  // Length
     }
+}
+
+// Calls f(M) with the method as a constant: Length for every value outside
+// the enumeration.
+template <class F>
+[[gnu::always_inline]] inline decltype(auto) withMethod(DistanceMethod m, F f) {
+    switch (m) {
+        case LengthSquared: return f(std::integral_constant<DistanceMethod, LengthSquared>{});
+        case LargestPlusRadial: return f(std::integral_constant<DistanceMethod, LargestPlusRadial>{});
+        case Manhattan: return f(std::integral_constant<DistanceMethod, Manhattan>{});
+        case Chebychev: return f(std::integral_constant<DistanceMethod, Chebychev>{});
+        case Quadratic: return f(std::integral_constant<DistanceMethod, Quadratic>{});
+        case Minkowski4: return f(std::integral_constant<DistanceMethod, Minkowski4>{});
+        case Minkowski5: return f(std::integral_constant<DistanceMethod, Minkowski5>{});
+        case Length:
+        default: return f(std::integral_constant<DistanceMethod, Length>{});
+    }
+}
+
+double measure(double dx, double dy, double dz, DistanceMethod m) {
+    return withMethod(m, [&](auto method) { return measureAs<method()>(dx, dy, dz); });
+}
+
+// Visits the features of cube (xi, yi, zi) in the published order:
+// visit(id, dx, dy, dz), the vector from the sample at to the feature.
+template <class Visit>
+[[gnu::always_inline]] inline void forEachFeature(long xi, long yi, long zi, const double* at, Visit visit) {
+    std::uint32_t seed = kHashX * static_cast<std::uint32_t>(xi) +
+                         kHashY * static_cast<std::uint32_t>(yi) +
+                         kHashZ * static_cast<std::uint32_t>(zi);
+    const std::int32_t count = Poisson_count[seed >> 24];
+    seed = churn(seed);
+
+    for (std::int32_t j = 0; j < count; ++j) {
+        const std::uint32_t id = seed;
+        const double fx = unitOf(churn(seed));
+        const double fy = unitOf(kChurn2(seed));
+        const double fz = unitOf(kChurn3(seed));
+        seed = kChurn4(seed);
+        visit(id, static_cast<double>(xi) + fx - at[0], static_cast<double>(yi) + fy - at[1],
+              static_cast<double>(zi) + fz - at[2]);
+    }
+}
+
+// The sample scaled to the features' density, its cube, and the squared
+// distances to the cube's lower (near) and upper (far) faces.
+struct Scaled {
+    double s[3];
+    long cube[3];
+    double near[3], far[3];
+};
+
+Scaled scaledSample(const double* at) {
+    Scaled r{};
+    for (int a = 0; a < 3; ++a) {
+        r.s[a] = kDensityAdjustment * at[a];
+        r.cube[a] = cellIndex(r.s[a]);
+    }
+    for (int a = 0; a < 3; ++a) {
+        const double f = r.s[a] - static_cast<double>(r.cube[a]);
+        r.far[a] = (1.0 - f) * (1.0 - f);
+        r.near[a] = f * f;
+    }
+    return r;
+}
+
+// The sample's cube, then each neighbour whose shared face, edge or corner
+// is nearer than worst() (the current worst of the kept features).
+template <class AddCube, class Worst>
+[[gnu::always_inline]] inline void searchCubes(const Scaled& p, AddCube addCube, Worst worst) {
+    addCube(p.cube[0], p.cube[1], p.cube[2]);
+    for (const auto& o : kNeighbours) {
+        double bound = 0.0;
+        for (int a = 0; a < 3; ++a) {
+            if (o[a] < 0) bound += p.near[a];
+            if (o[a] > 0) bound += p.far[a];
+        }
+        if (bound < worst()) addCube(p.cube[0] + o[0], p.cube[1] + o[1], p.cube[2] + o[2]);
+    }
+}
+
+// ---- Distances only ---------------------------------------------------------
+//
+// Get reads distances alone: its search keeps no vectors or identifiers and
+// fixes the method and, for the first four orders, the number kept at
+// compile time. Equal measures are interchangeable here, so the values are
+// exactly those noise() gives.
+
+template <DistanceMethod M, long Order>
+void nearestMeasures(const Scaled& p, long order, double* F) {
+    const long n = Order > 0 ? Order : order;
+    for (long i = 0; i < n; ++i) F[i] = kUnset;
+    searchCubes(
+        p,
+        [&](long xi, long yi, long zi) {
+            forEachFeature(xi, yi, zi, p.s, [&](std::uint32_t, double dx, double dy, double dz) {
+                const double d2 = measureAs<M>(dx, dy, dz);
+                if (!(d2 < F[n - 1])) return;
+                long index = n - 1;
+                while (index > 0 && d2 < F[index - 1]) {
+                    F[index] = F[index - 1];
+                    --index;
+                }
+                F[index] = d2;
+            });
+        },
+        [&] { return F[n - 1]; });
+}
+
+// The (order)-th nearest distances F[0..order-1], scaled back.
+void nearest(const double* at, long order, double* F, DistanceMethod m) {
+    const Scaled p = scaledSample(at);
+    withMethod(m, [&](auto method) {
+        switch (order) {
+            case 1: return nearestMeasures<method(), 1>(p, order, F);
+            case 2: return nearestMeasures<method(), 2>(p, order, F);
+            case 3: return nearestMeasures<method(), 3>(p, order, F);
+            case 4: return nearestMeasures<method(), 4>(p, order, F);
+            default: return nearestMeasures<method(), 0>(p, order, F);
+        }
+    });
+    for (long i = 0; i < order; ++i) F[i] = std::sqrt(F[i]) * kInverseDensity;
 }
 
 }  // namespace
@@ -114,27 +245,9 @@ void AddSamples(long xi, long yi, long zi, long max_order, const double* at, dou
     if (max_order < 1) return;
     const long order = std::min(max_order, kMaxOrder);
 
-    std::uint32_t seed = kHashX * static_cast<std::uint32_t>(xi) +
-                         kHashY * static_cast<std::uint32_t>(yi) +
-                         kHashZ * static_cast<std::uint32_t>(zi);
-    const std::int32_t count = Poisson_count[seed >> 24];
-    seed = churn(seed);
-
-    for (std::int32_t j = 0; j < count; ++j) {
-        const std::uint32_t id = seed;
-        seed = churn(seed);
-        const double fx = unitOf(seed);
-        seed = churn(seed);
-        const double fy = unitOf(seed);
-        seed = churn(seed);
-        const double fz = unitOf(seed);
-        seed = churn(seed);
-
-        const double dx = static_cast<double>(xi) + fx - at[0];
-        const double dy = static_cast<double>(yi) + fy - at[1];
-        const double dz = static_cast<double>(zi) + fz - at[2];
+    forEachFeature(xi, yi, zi, at, [&](std::uint32_t id, double dx, double dy, double dz) {
         const double d2 = measure(dx, dy, dz, m);
-        if (!(d2 < F[order - 1])) continue;
+        if (!(d2 < F[order - 1])) return;
 
         // Insertion: strict comparisons keep earlier equal features ahead.
         long index = order;
@@ -149,7 +262,7 @@ void AddSamples(long xi, long yi, long zi, long max_order, const double* at, dou
         delta[index][0] = dx;
         delta[index][1] = dy;
         delta[index][2] = dz;
-    }
+    });
 }
 
 void noise(const double* at, long max_order, double* F, double (*delta)[3], unsigned long* ID,
@@ -162,30 +275,10 @@ void noise(const double* at, long max_order, double* F, double (*delta)[3], unsi
         std::fill_n(delta[i], 3, 0.0);
     }
 
-    const double s[3] = {kDensityAdjustment * at[0], kDensityAdjustment * at[1],
-                         kDensityAdjustment * at[2]};
-    const long cube[3] = {cellIndex(s[0]), cellIndex(s[1]), cellIndex(s[2])};
-
-    AddSamples(cube[0], cube[1], cube[2], order, s, F, delta, ID, m);
-
-    // Squared distances from the sample to its cube's lower (near) and upper
-    // (far) faces: a neighbour is searched only if its shared face, edge or
-    // corner is nearer than the current worst of the kept features.
-    double near[3], far[3];
-    for (int a = 0; a < 3; ++a) {
-        const double f = s[a] - static_cast<double>(cube[a]);
-        far[a] = (1.0 - f) * (1.0 - f);
-        near[a] = f * f;
-    }
-    for (const auto& o : kNeighbours) {
-        double bound = 0.0;
-        for (int a = 0; a < 3; ++a) {
-            if (o[a] < 0) bound += near[a];
-            if (o[a] > 0) bound += far[a];
-        }
-        if (bound < F[order - 1])
-            AddSamples(cube[0] + o[0], cube[1] + o[1], cube[2] + o[2], order, s, F, delta, ID, m);
-    }
+    const Scaled p = scaledSample(at);
+    searchCubes(
+        p, [&](long xi, long yi, long zi) { AddSamples(xi, yi, zi, order, p.s, F, delta, ID, m); },
+        [&] { return F[order - 1]; });
 
     for (long i = 0; i < order; ++i) {
         F[i] = std::sqrt(F[i]) * kInverseDensity;
@@ -196,34 +289,32 @@ void noise(const double* at, long max_order, double* F, double (*delta)[3], unsi
 double Get(double x, double y, double z, VoronoiType t, DistanceMethod m) {
     const double at[3] = {x, y, z};
     double F[kMaxOrder];
-    double delta[kMaxOrder][3];
-    unsigned long ID[kMaxOrder];
     switch (t) {
         case Difference21:
-            noise(at, 2, F, delta, ID, m);
+            nearest(at, 2, F, m);
             return F[1] - F[0];
         case Difference32:
-            noise(at, 3, F, delta, ID, m);
+            nearest(at, 3, F, m);
             return F[2] - F[1];
         // Ten, not the twenty of Voronoi::Get, and no sqrt(2)/sqrt(3): the
         // two families have always differed here.
         case Crackle:
             return std::max(1.0, 10.0 * Get(x, y, z, Difference21, m));
         case First:
-            noise(at, 1, F, delta, ID, m);
+            nearest(at, 1, F, m);
             return F[0];
         case Second:
         case Third:
         case Fourth:
         default:  // every further order, and the invalid negative types
             if (t < First) {
-                noise(at, 1, F, delta, ID, m);
+                nearest(at, 1, F, m);
                 return F[0];
             }
             // No 27 cubes hold that many features: the distance never
             // leaves its starting value, whose bits are these.
             if (t >= kMaxOrder) return std::sqrt(kUnset) * kInverseDensity;
-            noise(at, t + 1, F, delta, ID, m);
+            nearest(at, t + 1, F, m);
             return F[t];
     }
 }

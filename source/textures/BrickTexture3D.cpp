@@ -6,6 +6,9 @@
 #include <iterator>
 
 #include "core/FloatToInt.h"
+#include "core/SimdLevel.h"
+#include "core/SimdTargets.h"
+#include "core/Rounding.h"
 #include "core/Vec2.h"
 #include "noise/CellNoise.h"
 #include "noise/PRMan.h"
@@ -32,20 +35,27 @@ void readFloat(float& field, const char* in, std::size_t offset) {
     std::memcpy(&field, in + offset, sizeof field);
 }
 
-// The brick a coordinate lies in, by the true floor (so -1.0 is in brick -1).
-int floorIndex(float v) { return truncToInt(std::floor(v)); }
+// The brick a coordinate lies in, by the true floor (so -1.0 is in brick -1):
+// truncToInt(std::floor(v)), without the library's floor. Below 2^23 the
+// truncation is one too high exactly where it lies above v; from there on
+// every float is whole and is its own floor (NaN still gives INT_MIN).
+int floorIndex(float v) {
+    if (!(std::fabs(v) < 0x1p23f)) return truncToInt(v);
+    const int i = truncToInt(v);
+    return static_cast<float>(i) > v ? i - 1 : i;
+}
 
 // Parity of a floored coordinate taken as a 64-bit integer. NaN and values
 // beyond that range convert to the 64-bit minimum, which is even.
 bool isEvenFloor(double floored) {
-    return !(std::fabs(floored) < 0x1p63) || std::fmod(floored, 2.0) == 0.0;
+    return !(std::fabs(floored) < 0x1p63) || fmodTwo(floored) == 0.0;
 }
 
 // Every other course (or layer) is shifted by half a brick: above the origin
 // those whose half-count has a fraction above one half, below it those with
 // a fraction under one half. A count of exactly 1 stays unshifted.
 bool shiftedByHalf(float coordinate, float count) {
-    const float f = std::fabs(std::fmod(0.5f * count, 1.0f));
+    const float f = std::fabs(fmodOne(0.5f * count));
     return coordinate >= 0.0f ? f > 0.5f : f < 0.5f;
 }
 
@@ -71,18 +81,31 @@ float BrickTexture3D::evaluate(const Record& r, int flags, float x, float y, flo
     }
 }
 
+namespace {
+
+// The running bond's cell sizes (brick plus mortar) and half joints, from
+// the record; the one-point and the block paths both start from them.
+struct BondFrame {
+    float bw, bh, bd;  // cell width, height, depth
+    float mw, mh, md;  // half a joint as a fraction of a cell, divided in double
+};
+
+BondFrame bondFrame(const BrickTexture3D::Record& r) {
+    const float M = r.mortarThickness;
+    const float bw = r.brickWidth + M;
+    const float bh = r.brickHeight + M;
+    const float bd = r.brickDepth + M;
+    return {bw, bh, bd, static_cast<float>(M * 0.5 / bw), static_cast<float>(M * 0.5 / bh),
+            static_cast<float>(M * 0.5 / bd)};
+}
+
+}  // namespace
+
 float BrickTexture3D::runningBond(const Record& r, int flags, float x, float y, float z) {
     const float W = r.brickWidth;
     const float H = r.brickHeight;
-    const float D = r.brickDepth;
     const float M = r.mortarThickness;
-    const float bw = W + M;
-    const float bh = H + M;
-    const float bd = D + M;
-    // Half a joint as a fraction of a cell, divided in double.
-    const float mw = static_cast<float>(M * 0.5 / bw);
-    const float mh = static_cast<float>(M * 0.5 / bh);
-    const float md = static_cast<float>(M * 0.5 / bd);
+    const auto [bw, bh, bd, mw, mh, md] = bondFrame(r);
 
     if (isPlanar(flags)) z = 0.5f;
     const float mortar = r.mortarColor;
@@ -166,7 +189,7 @@ float BrickTexture3D::herringbone(const Record& r, int flags, float x, float y, 
     const double i = std::floor(static_cast<double>(s));
     const double j = std::floor(static_cast<double>(t));
     // Diagonal bands of bricks, alternately vertical (1) and horizontal (0).
-    const bool vertical = std::fabs(std::fmod(std::floor(0.5 * j + 0.5 * i), 2.0)) != 0.0;
+    const bool vertical = std::fabs(fmodTwo(std::floor(0.5 * j + 0.5 * i))) != 0.0;
     const float fs = static_cast<float>(s - i);
     const float ft = static_cast<float>(t - j);
     const float fu = u - std::floor(u);
@@ -239,6 +262,88 @@ float BrickTexture3D::herringbone(const Record& r, int flags, float x, float y, 
     }
     if (chosen && squaredDistance(q, centre) >= radius * radius) return mortar;
     return result;
+}
+
+// ---- The running bond, eight points at a time ------------------------------
+//
+// runningBond with one lane per point, the same operations in the same
+// order, as far as the blend of mortar and brick. Where the corners are
+// rounded, a lane whose blend is the brick's own colour still has its
+// corner tests to make, and goes through runningBond.
+
+namespace {
+
+GRITWELL_AVX2 inline __m256 stepLanes(float a, __m256 x) {
+    return _mm256_andnot_ps(_mm256_cmp_ps(x, _mm256_set1_ps(a), _CMP_LT_OQ), _mm256_set1_ps(1.0f));
+}
+
+GRITWELL_AVX2 inline __m256 jointMaskLanes(float joint, __m256 fraction) {
+    return _mm256_sub_ps(stepLanes(joint, fraction), stepLanes(1.0f - joint, fraction));
+}
+
+// floorIndex, lane by lane: the conversion gives INT_MIN where truncToInt does.
+GRITWELL_AVX2 inline __m256i floorIndexLanes(__m256 v) {
+    return _mm256_cvttps_epi32(_mm256_round_ps(v, _MM_FROUND_TO_NEG_INF | _MM_FROUND_NO_EXC));
+}
+
+// shiftedByHalf, lane by lane: |fmodOne(v)| is |v - trunc(v)| for every v.
+GRITWELL_AVX2 inline __m256 shiftedByHalfLanes(__m256 coordinate, __m256 count) {
+    const __m256 v = _mm256_mul_ps(_mm256_set1_ps(0.5f), count);
+    const __m256 rest = _mm256_sub_ps(v, _mm256_round_ps(v, _MM_FROUND_TO_ZERO | _MM_FROUND_NO_EXC));
+    const __m256 f = _mm256_andnot_ps(_mm256_set1_ps(-0.0f), rest);
+    const __m256 half = _mm256_set1_ps(0.5f);
+    return _mm256_blendv_ps(_mm256_cmp_ps(f, half, _CMP_LT_OQ), _mm256_cmp_ps(f, half, _CMP_GT_OQ),
+                            _mm256_cmp_ps(coordinate, _mm256_setzero_ps(), _CMP_GE_OQ));
+}
+
+// Eight points into out; the bits of the lanes runningBond must finish.
+GRITWELL_AVX2 int runningBond8(const BrickTexture3D::Record& r, const BondFrame& b, bool planar, const float* xs,
+                               const float* ys, const float* zs, float* out) {
+    const __m256 x = _mm256_loadu_ps(xs), y = _mm256_loadu_ps(ys);
+    const __m256 z = planar ? _mm256_set1_ps(0.5f) : _mm256_loadu_ps(zs);
+    __m256 s = _mm256_div_ps(x, _mm256_set1_ps(b.bw));
+    __m256 t = _mm256_div_ps(y, _mm256_set1_ps(b.bh));
+    __m256 u = _mm256_div_ps(z, _mm256_set1_ps(b.bd));
+    const __m256 half = _mm256_set1_ps(0.5f);
+    s = _mm256_blendv_ps(s, _mm256_add_ps(s, half), shiftedByHalfLanes(y, t));
+    s = _mm256_blendv_ps(s, _mm256_add_ps(s, half), shiftedByHalfLanes(z, u));
+    const __m256 tb = _mm256_cvtepi32_ps(floorIndexLanes(t)), ub = _mm256_cvtepi32_ps(floorIndexLanes(u));
+    if (r.rowOffsetVariabilityEnabled != 0)
+        s = _mm256_add_ps(s, _mm256_mul_ps(_mm256_set1_ps(r.rowOffsetVariabilityAmplitude),
+                                           _mm256_sub_ps(CellNoise::cellNoise(tb, ub), half)));
+    const __m256 sb = _mm256_cvtepi32_ps(floorIndexLanes(s));
+    s = _mm256_sub_ps(s, sb);
+    t = _mm256_sub_ps(t, tb);
+    u = _mm256_sub_ps(u, ub);
+    const __m256 coverage =
+        _mm256_mul_ps(_mm256_mul_ps(jointMaskLanes(b.mw, s), jointMaskLanes(b.mh, t)), jointMaskLanes(b.md, u));
+    __m256 brick = _mm256_set1_ps(r.brickColor);
+    if (r.randomizeColors != 0)
+        brick = _mm256_add_ps(_mm256_mul_ps(_mm256_set1_ps(r.maxColor - r.minColor), CellNoise::cellNoise(sb, tb, ub)),
+                              _mm256_set1_ps(r.minColor));
+    const __m256 result = PRMan::mix(_mm256_set1_ps(r.mortarColor), brick, coverage);
+    _mm256_storeu_ps(out, result);
+    if (r.roundedCornersEnabled == 0) return 0;
+    return _mm256_movemask_ps(_mm256_cmp_ps(result, brick, _CMP_EQ_OQ));
+}
+
+}  // namespace
+
+void BrickTexture3D::evaluateBlock(const Record& r, int flags, const float* points, int n, float* out) {
+    if (static_cast<Pattern>(r.pattern) != RUNNING_BOND || simdLevel() < SimdLevel::kAvx2) {
+        evaluateEach(r, flags, points, n, out);
+        return;
+    }
+    const PointBlock p(points, n, 1.0f);
+    const BondFrame frame = bondFrame(r);
+    const bool planar = isPlanar(flags);
+    int done = 0;
+    for (; done + 8 <= n; done += 8) {
+        const int unfinished = runningBond8(r, frame, planar, p.x + done, p.y + done, p.z + done, out + done);
+        for (int k = 0; k < 8; ++k)
+            if (unfinished & (1 << k)) out[done + k] = runningBond(r, flags, p.x[done + k], p.y[done + k], p.z[done + k]);
+    }
+    evaluateEach(r, flags, points + 3 * done, n - done, out + done);
 }
 
 // The one older layout this reads is version 3's.

@@ -53,6 +53,8 @@ public:
     // In [0, 1] for every record and point; 1 where the sum is NaN (a period
     // of 0, say).
     static float evaluate(const Record& r, int flags, float x, float y, float z);
+    // The same for a block of points, eight at a time on processors with AVX2.
+    static void evaluateBlock(const Record& r, int flags, const float* points, int n, float* out);
 
     float getHorizontalFrequency() const { return record_.horizontalFrequency; }
     void setHorizontalFrequency(float f) { record_.horizontalFrequency = f; }

@@ -26,6 +26,8 @@ public:
     };
 
     static float evaluate(const Record& r, int flags, float x, float y, float z);
+    // The same for a block of points, the noise across points at once.
+    static void evaluateBlock(const Record& r, int flags, const float* points, int n, float* out);
 
     float getScale() const { return record_.scale; }
     void setScale(float scale) { record_.scale = scale; }

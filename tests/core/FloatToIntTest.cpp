@@ -1,11 +1,16 @@
 #include <climits>
 #include <cmath>
+#include <bit>
+#include <cstdint>
 #include <limits>
+#include <random>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "core/FloatToInt.h"
 #include "core/Rounding.h"
+#include "core/SineToFloat.h"
 
 using namespace gritwell;
 
@@ -60,6 +65,58 @@ TEST(Rounding, FloorAndCeilingThroughRoundToNearest) {
     EXPECT_EQ(ceilf_ASM(-2.5f), -2);
     // Out of range gives a value, not undefined behaviour.
     EXPECT_EQ(Floor(std::nan("")), INT_MIN >> 1);
+}
+
+TEST(Rounding, RemaindersOfOneAndTwoAreTheLibrarys) {
+    // Signed zeros, fractions at every scale, the thresholds where a value
+    // stops having a fraction (2^23 in float, 2^52 and 2^53 in double), odd
+    // wholes just below 2^53, and non-finite values; then a sweep.
+    std::vector<double> values = {0.0,        -0.0,       0.5,         -0.5,          1.0,        -1.0,
+                                  2.0,        -3.0,       7.75,        -7.75,         1e-300,     -4.9e-324,
+                                  0x1p23,     -0x1p23 + 0.5, 0x1p23 + 1.0, 0x1p52 - 0.5, 0x1p52 + 1.0, -0x1p53 + 1.0,
+                                  0x1p53,     1e300,      -1e30,       std::numeric_limits<double>::infinity(),
+                                  -std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()};
+    std::mt19937 rng(5);
+    std::uniform_real_distribution<double> wide(-1e7, 1e7);
+    for (int i = 0; i < 2000; ++i) values.push_back(i % 2 ? wide(rng) : std::floor(wide(rng)));
+    auto bits = [](double v) { return std::isnan(v) ? 0x7ff8000000000000u : std::bit_cast<std::uint64_t>(v); };
+    auto fbits = [](float v) { return std::isnan(v) ? 0x7fc00000u : std::bit_cast<std::uint32_t>(v); };
+    for (const double v : values) {
+        EXPECT_EQ(bits(fmodOne(v)), bits(std::fmod(v, 1.0))) << v;
+        EXPECT_EQ(bits(fmodTwo(v)), bits(std::fmod(v, 2.0))) << v;
+        const float f = static_cast<float>(v);
+        EXPECT_EQ(fbits(fmodOne(f)), fbits(std::fmod(f, 1.0f))) << f;
+    }
+}
+
+TEST(SineToFloat, IsTheLibrarysSineRoundedToFloat) {
+    // A dense sweep over the short reduction's range and past it, the
+    // doubles nearest each multiple of pi/2 (where the reduced angle is
+    // tiny), the angles the weave's shading takes (pi times a float
+    // fraction, with and without pi added), zeros, tiny and huge angles,
+    // and non-finite ones.
+    std::vector<double> angles = {0.0, -0.0, 1e-300, -4.9e-324, 1e-9, 8.0, -8.0, 8.000000000000002, 1e6, -3e300,
+                                  std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity(),
+                                  std::numeric_limits<double>::quiet_NaN()};
+    for (int k = -5; k <= 5; ++k) {
+        double a = k * 1.5707963267948966;
+        for (int i = 0; i < 40; ++i) a = std::nextafter(a, -100.0);
+        for (int i = 0; i < 80; ++i) angles.push_back(a = std::nextafter(a, 100.0));
+    }
+    std::mt19937 rng(9);
+    std::uniform_real_distribution<double> sweep(-8.5, 8.5);
+    std::uniform_real_distribution<float> fraction(0.0f, 1.0f);
+    for (int i = 0; i < 400000; ++i) {
+        angles.push_back(sweep(rng));
+        const double f = fraction(rng);
+        angles.push_back(3.141592653589793 * f);
+        angles.push_back(3.141592653589793 + f * 3.141592653589793);
+    }
+    auto fbits = [](float v) { return std::isnan(v) ? 0x7fc00000u : std::bit_cast<std::uint32_t>(v); };
+    int wrong = 0;
+    for (const double a : angles)
+        if (fbits(sineToFloat(a)) != fbits(static_cast<float>(std::sin(a))) && ++wrong <= 5)
+            ADD_FAILURE() << "angle " << a << ": " << sineToFloat(a) << " instead of " << static_cast<float>(std::sin(a));
 }
 
 TEST(Rounding, BilinearAndPolar) {

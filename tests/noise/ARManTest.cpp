@@ -1,3 +1,4 @@
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -10,6 +11,7 @@
 #include "core/FloatToInt.h"
 #include "noise/ARMan.h"
 #include "noise/CellNoise.h"
+#include "core/SimdLevel.h"
 
 using namespace gritwell;
 
@@ -207,4 +209,57 @@ TEST(ARMan, TwoNearestInThePlaneOverArraysHaveTheBitsOfThePointByPointSearch) {
             }
         }
     }
+}
+
+TEST(ARMan, OnePointSearchesGiveEveryLevelTheScalarBits) {
+    // On every level the processor runs, the one-point searches (a point's
+    // cells across the lanes where there are lanes) against the scalar
+    // level's: ordinary points, seams, ties between equally near features
+    // (no jitter, integer and half-integer points), far-out and non-finite
+    // coordinates.
+    std::mt19937 rng(79);
+    std::uniform_real_distribution<float> coord(-30.0f, 30.0f);
+    const float specials[] = {0.0f, -1.0f, 2.5f, -3.5f, 1e8f, -2147483648.0f, 3e9f,
+                              std::numeric_limits<float>::quiet_NaN(), -std::numeric_limits<float>::infinity()};
+    std::vector<std::array<float, 3>> points;
+    for (int i = 0; i < 3000; ++i)
+        points.push_back({i % 9 == 0 ? specials[rng() % 9] : coord(rng), i % 5 == 0 ? std::round(coord(rng)) : coord(rng),
+                          i % 11 == 0 ? specials[rng() % 9] : coord(rng)});
+    struct Found {
+        float f1, f2, pos1[3], pos2[2];
+        float planeF1, planePos1[2];
+    };
+    auto search = [&](float jitter) {
+        std::vector<Found> out(points.size());
+        for (std::size_t i = 0; i < points.size(); ++i) {
+            Found& f = out[i];
+            ARMan::voronoi_f1_3d(points[i].data(), jitter, f.f1, f.pos1);
+            ARMan::voronoi_f1f2_2d(points[i].data(), jitter, f.planeF1, f.planePos1, f.f2, f.pos2);
+        }
+        return out;
+    };
+    auto bits = [](float v) { return std::isnan(v) ? 0x7fc00000u : std::bit_cast<std::uint32_t>(v); };
+    const SimdLevel before = simdLevel();
+    for (const float jitter : {0.0f, 0.75f, 1.0f, 2.5f}) {
+        setSimdLevel(SimdLevel::kScalar);
+        const std::vector<Found> reference = search(jitter);
+        for (const SimdLevel level : {SimdLevel::kAvx2, SimdLevel::kAvx512}) {
+            if (supportedSimdLevel(level) != level) continue;
+            setSimdLevel(level);
+            const std::vector<Found> got = search(jitter);
+            int wrong = 0;
+            for (std::size_t i = 0; i < points.size() && wrong < 3; ++i) {
+                const Found &a = got[i], &b = reference[i];
+                bool same = bits(a.f1) == bits(b.f1) && bits(a.f2) == bits(b.f2) && bits(a.planeF1) == bits(b.planeF1);
+                for (int k = 0; k < 3; ++k) same = same && bits(a.pos1[k]) == bits(b.pos1[k]);
+                for (int k = 0; k < 2; ++k)
+                    same = same && bits(a.pos2[k]) == bits(b.pos2[k]) && bits(a.planePos1[k]) == bits(b.planePos1[k]);
+                if (!same && ++wrong)
+                    ADD_FAILURE() << simdLevelName(level) << ", jitter " << jitter << ", point (" << points[i][0] << ", "
+                                  << points[i][1] << ", " << points[i][2] << "): f1 " << a.f1 << ", plane " << a.planeF1
+                                  << ", " << a.f2 << " instead of " << b.f1 << ", " << b.planeF1 << ", " << b.f2;
+            }
+        }
+    }
+    setSimdLevel(before);
 }

@@ -383,8 +383,17 @@ TEST_P(PerlinBatchLevel, EveryKernelHasTheBitsOfTheDefinitionInSpaceAndThePlane)
     std::vector<float> out(c.x.size()), plane(c.x.size());
     PerlinBatch::noise(GetParam(), c.x.data(), c.y.data(), c.z.data(), n, out.data());
     PerlinBatch::noise(GetParam(), c.x.data(), c.y.data(), n, plane.data());
+    std::vector<float> simplex(c.x.size()), simplexPlane(c.x.size());
+    Perlin::snoise(GetParam(), c.x.data(), c.y.data(), c.z.data(), n, simplex.data());
+    Perlin::snoise(GetParam(), c.x.data(), c.y.data(), n, simplexPlane.data());
     int wrong = 0;
     for (int i = 0; i < n && wrong < 5; ++i) {
+        const float s = Perlin::snoise(c.x[i], c.y[i], c.z[i]), sPlane = Perlin::snoise(c.x[i], c.y[i]);
+        if (bits(simplex[i]) != bits(s) || bits(simplexPlane[i]) != bits(sPlane)) {
+            ++wrong;
+            ADD_FAILURE() << "point (" << c.x[i] << ", " << c.y[i] << ", " << c.z[i] << "): simplex " << simplex[i]
+                          << ", " << simplexPlane[i] << " in the plane, instead of " << s << ", " << sPlane;
+        }
         const float expected = PerlinPoint::reference(c.x[i], c.y[i], c.z[i]);
         const float point = PerlinPoint::noise(GetParam(), c.x[i], c.y[i], c.z[i]);
         const float expectedPlane = Perlin::noise(c.x[i], c.y[i]);
@@ -405,14 +414,17 @@ TEST_P(PerlinBatchLevel, ShortAndOddLengthsFinishTheTailAndWriteNoFurther) {
         PerlinBatch::noise(GetParam(), c.x.data() + 3, c.y.data() + 3, c.z.data() + 3, n, out.data());
         std::vector<float> plane(40, -7.0f);
         PerlinBatch::noise(GetParam(), c.x.data() + 3, c.y.data() + 3, n, plane.data());
+        std::vector<float> simplex(40, -7.0f), simplexPlane(40, -7.0f);
+        Perlin::snoise(GetParam(), c.x.data() + 3, c.y.data() + 3, c.z.data() + 3, n, simplex.data());
+        Perlin::snoise(GetParam(), c.x.data() + 3, c.y.data() + 3, n, simplexPlane.data());
         for (int i = 0; i < n; ++i) {
             EXPECT_EQ(bits(out[i]), bits(Perlin::noise(c.x[3 + i], c.y[3 + i], c.z[3 + i]))) << n << ' ' << i;
             EXPECT_EQ(bits(plane[i]), bits(Perlin::noise(c.x[3 + i], c.y[3 + i]))) << n << ' ' << i;
+            EXPECT_EQ(bits(simplex[i]), bits(Perlin::snoise(c.x[3 + i], c.y[3 + i], c.z[3 + i]))) << n << ' ' << i;
+            EXPECT_EQ(bits(simplexPlane[i]), bits(Perlin::snoise(c.x[3 + i], c.y[3 + i]))) << n << ' ' << i;
         }
-        for (int i = n; i < 40; ++i) {
-            EXPECT_EQ(out[i], -7.0f) << n << ' ' << i;
-            EXPECT_EQ(plane[i], -7.0f) << n << ' ' << i;
-        }
+        for (int i = n; i < 40; ++i)
+            for (const auto* v : {&out, &plane, &simplex, &simplexPlane}) EXPECT_EQ((*v)[i], -7.0f) << n << ' ' << i;
     }
 }
 

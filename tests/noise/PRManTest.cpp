@@ -1,4 +1,5 @@
 #include <cmath>
+#include <limits>
 
 #include <gtest/gtest.h>
 
@@ -52,6 +53,29 @@ TEST(PRMan, PeriodicNoiseRepeats) {
     }
     // At x = 0 the blend is all of noise(0), a lattice point.
     EXPECT_EQ(PRMan::pnoise(0.0f, 3.0f), 0.0f);
+}
+
+TEST(PRMan, PeriodicNoiseWrapsByTheLibrarysRemainder) {
+    // The sample wrapped into the period as the C library's fmod wraps it,
+    // for samples within a period, beyond it, negative, exact multiples,
+    // beyond 2^24 and non-finite, and periods whole, fractional, negative,
+    // zero, tiny and NaN.
+    auto reference = [](float x, float period) {
+        const float xp = static_cast<float>(std::fmod(static_cast<double>(x), static_cast<double>(period)) +
+                                            (x < 0.0f ? static_cast<double>(period) : 0.0));
+        return ((period - xp) * Perlin::noise(xp) + xp * Perlin::noise(xp - period)) / period;
+    };
+    const float inf = std::numeric_limits<float>::infinity();
+    const float samples[] = {0.0f,   -0.0f, 0.3f,   -0.3f,  2.9999998f, 3.0f,  -3.0f,      14.999999f, -15.0f,
+                             16.25f, -7.5f, 1e6f,   -1e6f,  16777215.0f, 16777216.0f, 3e9f, -1e30f, inf,
+                             -inf,   std::numeric_limits<float>::quiet_NaN()};
+    const float periods[] = {3.0f, 5.0f, -4.0f, 1.0f, 7.0f, 2.5f, 0.1f, 0.0f, 16777216.0f, 1e-30f,
+                             std::numeric_limits<float>::quiet_NaN()};
+    for (const float p : periods)
+        for (const float x : samples) {
+            const float got = PRMan::pnoise(x, p), want = reference(x, p);
+            EXPECT_TRUE(got == want || (std::isnan(got) && std::isnan(want))) << "x " << x << ", period " << p;
+        }
 }
 
 TEST(PRMan, Distances) {

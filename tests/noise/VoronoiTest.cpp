@@ -209,26 +209,42 @@ TEST(Voronoi, NegativeCoordinatesSearchAroundTheTrueFloor) {
 }
 
 TEST(Voronoi, GetCombinesTheDistancesAndScalesInDouble) {
+    // Random samples, then samples on cell corners (ties between features
+    // of neighbouring cells), at the edge of the int range and beyond it,
+    // whose squared distances overflow, and non-finite ones.
     std::mt19937 rng(11);
     std::uniform_real_distribution<float> coord(-9.0f, 9.0f);
-    for (int n = 0; n < 50; ++n) {
-        const Vec3 s(coord(rng), coord(rng), coord(rng));
+    std::vector<Vec3> samples;
+    for (int n = 0; n < 50; ++n) samples.emplace_back(coord(rng), coord(rng), coord(rng));
+    const float inf = std::numeric_limits<float>::infinity();
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    for (const Vec3& s : {Vec3(0.0f, 0.0f, 0.0f), Vec3(-1.0f, 2.0f, -3.0f), Vec3(2147483520.0f, -2147483648.0f, 1e9f),
+                          Vec3(3e9f, -3e9f, 0.5f), Vec3(1e30f, 0.5f, -1e19f), Vec3(-1e19f, 1e19f, 1e19f),
+                          Vec3(0.5f, nan, 0.5f), Vec3(inf, 0.5f, -inf)})
+        samples.push_back(s);
+    auto same = [](float a, float b) { return a == b || (std::isnan(a) && std::isnan(b)); };
+    for (const Vec3& s : samples) {
         for (auto m : kMethods) {
             float F[4], P[12];
             Voronoi::Calculate(s.x, s.y, s.z, F, P, m);
             for (int t = 0; t < 4; ++t)
-                EXPECT_EQ(Voronoi::Get(s.x, s.y, s.z, Voronoi::VoronoiType(t), m), scaled(F[t]));
+                EXPECT_TRUE(same(Voronoi::Get(s.x, s.y, s.z, Voronoi::VoronoiType(t), m), scaled(F[t])))
+                    << s << " metric " << m << " type " << t;
             const float d21 = Voronoi::Get(s.x, s.y, s.z, Voronoi::Difference21, m);
-            EXPECT_EQ(d21, scaled(F[1] - F[0]));
-            EXPECT_EQ(Voronoi::Get(s.x, s.y, s.z, Voronoi::Difference32, m), scaled(F[2] - F[1]));
+            EXPECT_TRUE(same(d21, scaled(F[1] - F[0]))) << s << " metric " << m;
+            EXPECT_TRUE(same(Voronoi::Get(s.x, s.y, s.z, Voronoi::Difference32, m), scaled(F[2] - F[1])))
+                << s << " metric " << m;
             // Crackle: the already scaled difference, times 20, floored at 1,
             // scaled again.
             const float crackle = Voronoi::Get(s.x, s.y, s.z, Voronoi::Crackle, m);
-            EXPECT_EQ(crackle, scaled(std::max(1.0f, 20.0f * d21)));
+            EXPECT_EQ(crackle, scaled(std::max(1.0f, 20.0f * d21))) << s << " metric " << m;
             EXPECT_GE(crackle, scaled(1.0f));
 
             Voronoi::Calculate(s.x, s.y, F, P, m);
-            EXPECT_EQ(Voronoi::Get(s.x, s.y, Voronoi::Third, m), scaled(F[2]));
+            for (int t = 0; t < 4; ++t)
+                EXPECT_TRUE(same(Voronoi::Get(s.x, s.y, Voronoi::VoronoiType(t), m), scaled(F[t])))
+                    << s << " in the plane, metric " << m << " type " << t;
+            EXPECT_TRUE(same(Voronoi::Get(s.x, s.y, Voronoi::Difference32, m), scaled(F[2] - F[1])));
             EXPECT_GE(Voronoi::Get(s.x, s.y, Voronoi::Crackle, m), scaled(1.0f));
         }
     }

@@ -142,7 +142,7 @@ TEST(Worley, GetCombinesWithoutFurtherScaling) {
     int crackleAboveFloor = 0;
     for (int n = 0; n < 200; ++n) {
         const double x = coord(rng), y = coord(rng), z = coord(rng);
-        for (auto m : {Worley::Length, Worley::Chebychev, Worley::Minkowski4}) {
+        for (auto m : kMethods) {
             // Each type searches only as deep as it needs: neighbour cubes are
             // pruned against the deepest distance kept, so the depth changes
             // what the measures below the Euclidean one find.

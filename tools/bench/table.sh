@@ -30,7 +30,7 @@ run() { "$dir/bench/table_bench" --benchmark_repetitions="$reps" --benchmark_rep
 # be held to (--simd), for the scalar-against-vector columns.
 run --benchmark_out="$json"
 for level in scalar avx2 avx512; do
-  run --simd="$level" --benchmark_filter='Primitive|Peer|/defaults$' \
+  run --simd="$level" --benchmark_filter='Primitive|Peer|/defaults$|/one point$' \
     --benchmark_out="$levels_dir/$level.json"
 done
 
@@ -68,6 +68,11 @@ def ns(name, table=None):
     return "—" if v is None else f"{v:.1f}"
 
 variants = ["defaults", "planar", "switches", "detail", "detail+"]
+
+# One point per call over the batch call, both from the best level's run.
+def ratio(kind, name):
+    one, batch = median.get(f"{kind}/{name}/one point"), median.get(f"{kind}/{name}/defaults")
+    return "—" if not one or not batch else f"{one / batch:.1f}×"
 out = []
 out.append("# Benchmarks\n")
 out.append("Produced by `tools/bench/table.sh` (`./run.sh bench-table`); do not edit by hand.\n")
@@ -100,9 +105,13 @@ out.append("Through the plug-in's `continueSession`, one call for all 4096 point
            "corners, shading); *detail*: switches on, 8 octaves, every other integer field one "
            "past its default (the next style, pattern or shape); *detail+*: 12 octaves, two past, every real field a quarter larger.\n")
 out.append(f"The first columns are the defaults with the batch paths held to each instruction set; "
-           f"the rest are on {best}. Generators without a vector path read about the same in every column.\n")
-out.append("| generator | " + " | ".join(f"defaults, {lv}" for lv in levels) + " | " + " | ".join(variants) + " |")
-out.append("|---|" + "---:|" * (len(levels) + len(variants)))
+           f"the rest are on {best}. Generators without a vector path read about the same in every column. "
+           "*one point*: the defaults through `continueSessionOne`, one point per call (the host's "
+           "path for a single point), on each level; *÷ batch*: that time over the batch call's, "
+           f"both on {best} in this run.\n")
+out.append("| generator | " + " | ".join(f"defaults, {lv}" for lv in levels) + " | " + " | ".join(variants) + " | "
+           + " | ".join(f"one point, {lv}" for lv in levels) + " | ÷ batch |")
+out.append("|---|" + "---:|" * (2 * len(levels) + len(variants) + 1))
 names = []
 for b in data["benchmarks"]:
     parts = b["run_name"].split("/")
@@ -111,24 +120,26 @@ for b in data["benchmarks"]:
 for kind, name in names:
     label = name + (" *" if kind == "Batch" else "")
     out.append(f"| {label} | " + " | ".join(ns(f"{kind}/{name}/defaults", by_level[lv]) for lv in levels) + " | "
-               + " | ".join(ns(f"{kind}/{name}/{v}") for v in variants) + " |")
+               + " | ".join(ns(f"{kind}/{name}/{v}") for v in variants) + " | "
+               + " | ".join(ns(f"{kind}/{name}/one point", by_level[lv]) for lv in levels) + f" | {ratio(kind, name)} |")
 print("\n".join(out))
 
 # The README's digest: the primitives and every generator at its defaults.
 short = [f"Last run: {cpu}, one core of {cores}, {ctx.get('compiler', '?')}, "
          f"{ctx.get('date', '?')[:10]}; ns per point, median of {reps}.\n",
-         "| what | " + " | ".join(levels) + f" | planar, {best} |", "|---|" + "---:|" * (len(levels) + 1)]
+         "| what | " + " | ".join(levels) + f" | planar, {best} | one point, {best} |",
+         "|---|" + "---:|" * (len(levels) + 2)]
 short.append("| `Perlin::noise`, one point per call | " + " | ".join(
-    ns("Primitive/Perlin::noise(x,y,z)", by_level[lv]) for lv in levels) + " | |")
+    ns("Primitive/Perlin::noise(x,y,z)", by_level[lv]) for lv in levels) + " | | |")
 short.append("| `PerlinBatch::noise`, 4096 points per call | " + " | ".join(
-    ns("Primitive/PerlinBatch::noise", by_level[lv]) for lv in levels) + " | |")
+    ns("Primitive/PerlinBatch::noise", by_level[lv]) for lv in levels) + " | | |")
 short.append("| libnoise Perlin, 1 / 6 octaves (the peer) | " + " | ".join(
     ns("Peer/libnoise Perlin/1", by_level[lv]) + " / " + ns("Peer/libnoise Perlin/6", by_level[lv])
-    for lv in levels) + " | |")
+    for lv in levels) + " | | |")
 for kind, name in names:
     label = name + (" *" if kind == "Batch" else "")
     short.append(f"| {label} | " + " | ".join(ns(f"{kind}/{name}/defaults", by_level[lv]) for lv in levels)
-                 + f" | {ns(f'{kind}/{name}/planar')} |")
+                 + f" | {ns(f'{kind}/{name}/planar')} | {ns(f'{kind}/{name}/one point')} |")
 with open(readme_part, "w") as f:
     f.write("\n".join(short) + "\n")
 # What painting a mesh spends evaluating: the defaults on the best level.
