@@ -1,19 +1,12 @@
 #include "SliceRenderer.h"
 
+#include "core/SliceGrid.h"
+
 namespace gritwell {
 
 std::vector<float> sliceValues(const BatchEvaluator& evaluate, const SliceView& view) {
     const int n = view.size;
-    std::vector<float> points(3 * static_cast<std::size_t>(n) * n);
-    float* p = points.data();
-    for (int row = 0; row < n; ++row) {
-        const float y = static_cast<float>((n - 1 - row + 0.5) * view.extent / n);
-        for (int col = 0; col < n; ++col) {
-            *p++ = static_cast<float>((col + 0.5) * view.extent / n);
-            *p++ = y;
-            *p++ = view.z;
-        }
-    }
+    const std::vector<float> points = sliceGrid(n, view.z, view.extent);
     std::vector<float> values(static_cast<std::size_t>(n) * n);
     evaluate(points.data(), n * n, values.data());
     return values;
