@@ -26,7 +26,7 @@ packages=(
   libxcb1-dev                                # asking the X server before Qt does
   pybind11-dev python3-dev python3-numpy     # the Python module
   python3-pytest                             # its tests
-  dpkg-dev fakeroot                          # cpack's Debian package and its dependencies
+  dpkg-dev                                   # dpkg-shlibdeps, for the Debian package
 )
 
 # Only the fuzz command needs these.
