@@ -9,6 +9,7 @@
 
 #include <gritwell/gritwell.h>
 
+#include <charconv>
 #include <limits>
 #include <string>
 
@@ -151,6 +152,25 @@ py::dict fieldDict(const Texture& texture) {
     return fields;
 }
 
+// Texture('Brick', brickWidth=0.5, ...): floats in the fewest digits that
+// give back their float32 bits, not those of the double Python holds.
+std::string repr(const Texture& texture) {
+    std::string text = "gritwell.Texture(" + std::string(py::repr(py::str(texture.name())));
+    for (const gritwell::FieldDesc& f : texture.generator().fields) {
+        Value value;
+        check(texture.get(f.name, value));
+        std::string shown;
+        if (const float* v = std::get_if<float>(&value)) {
+            char digits[32];
+            shown.assign(digits, std::to_chars(digits, digits + sizeof digits, *v).ptr);
+        } else {
+            shown = py::repr(toPython(value));
+        }
+        text += ", " + f.name + "=" + shown;
+    }
+    return text + ")";
+}
+
 py::array_t<float> render(const Texture& texture, int size, float z, float extent) {
     if (size < 1) throw py::value_error("size must be at least 1, not " + std::to_string(size));
     py::array_t<float> out({static_cast<py::ssize_t>(size), static_cast<py::ssize_t>(size)});
@@ -207,12 +227,7 @@ PYBIND11_MODULE(gritwell, m) {
                       "The host's flags word (default 2); 4 or 8 evaluate in the x/y plane.")
         .def("__copy__", [](const Texture& t) { return Texture(t); })
         .def("__deepcopy__", [](const Texture& t, const py::dict&) { return Texture(t); })
-        .def("__repr__", [](const Texture& t) {
-            std::string text = "gritwell.Texture(" + std::string(py::repr(py::str(t.name())));
-            for (const auto& [key, value] : fieldDict(t))
-                text += ", " + std::string(py::str(key)) + "=" + std::string(py::repr(value));
-            return text + ")";
-        });
+        .def("__repr__", &repr);
 
     m.def("render", &render, py::arg("texture"), py::arg("size") = 256, py::arg("z") = 0.3f,
           py::arg("extent") = 4.0f,

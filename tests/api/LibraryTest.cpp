@@ -3,6 +3,9 @@
 
 #include <gritwell/gritwell.h>
 
+#include <algorithm>
+#include <cctype>
+#include <cstdio>
 #include <cstring>
 #include <random>
 #include <thread>
@@ -95,7 +98,11 @@ TEST_P(EveryGenerator, GivesThePluginsBitsOnRandomRecords) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Library, EveryGenerator, testing::ValuesIn(gritwell::generators()),
-                         [](const auto& info) { return info.param.name; });
+                         [](const auto& info) {
+                             std::string name = info.param.name;
+                             std::erase_if(name, [](char c) { return !std::isalnum(static_cast<unsigned char>(c)); });
+                             return name;
+                         });
 
 // Fields read back as set, by their own types, and the table matches the
 // record's bytes.
@@ -181,7 +188,7 @@ TEST(Library, BadInputIsAnErrorValueThatSaysWhy) {
 // The slice's corners are the pixel centres nearest (0, extent) and
 // (extent, 0): top row first, x to the right.
 TEST(Library, SliceRunsTopRowFirst) {
-    Texture t = Texture::fromName("Gradient");
+    Texture t = Texture::fromName("Perlin Noise");
     constexpr int kSize = 8;
     constexpr float kExtent = 4.0f, kZ = 0.3f;
     std::vector<float> slice(kSize * kSize);
@@ -214,6 +221,31 @@ TEST(Library, DistinctTexturesEvaluateOnManyThreads) {
         });
     for (std::thread& thread : threads) thread.join();
     for (std::size_t i = 0; i < std::size(names); ++i) expectSameBits(alone[i], together[i], names[i]);
+}
+
+// The shared library exports the public header's names and nothing else:
+// no internal class, no standard-library instantiation.
+TEST(Library, ExportsOnlyThePublicInterface) {
+    const std::string command = std::string("nm -D --defined-only -C '") + GRITWELL_LIBRARY_PATH + "'";
+    FILE* pipe = popen(command.c_str(), "r");
+    ASSERT_NE(nullptr, pipe) << command;
+    std::vector<std::string> names;
+    char line[1024];
+    while (std::fgets(line, sizeof line, pipe) != nullptr) {
+        const std::string text(line);
+        const auto name = text.find(' ', text.find(' ') + 1);
+        if (name != std::string::npos) names.push_back(text.substr(name + 1, text.size() - name - 2));
+    }
+    ASSERT_EQ(0, pclose(pipe)) << command;
+    const std::string publicNames[] = {"gritwell::Texture::", "gritwell::generators()", "gritwell::valueTypeName("};
+    int evaluates = 0;
+    for (const std::string& name : names) {
+        const bool isPublic = std::any_of(std::begin(publicNames), std::end(publicNames),
+                                          [&](const std::string& p) { return name.rfind(p, 0) == 0; });
+        EXPECT_TRUE(isPublic) << name;
+        evaluates += name.rfind("gritwell::Texture::evaluate(", 0) == 0;
+    }
+    EXPECT_EQ(2, evaluates);
 }
 
 }  // namespace

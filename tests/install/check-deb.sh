@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # Builds the Debian package of a build, unpacks it into a scratch root (no
 # dpkg database touched) and runs the command and a Python import from there.
-# usage: check-deb.sh BUILD_DIR
+# usage: check-deb.sh BUILD_DIR PYTHON
 set -euo pipefail
 build=$(realpath "$1")
+python=$2
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 (cd "$scratch" && cpack -G DEB --config "$build/CPackConfig.cmake" -B "$scratch/out" >/dev/null)
@@ -16,7 +17,7 @@ for f in usr/bin/gritwell usr/lib/gritwell/GritwellPlugin.so usr/lib/libgritwell
   [ -e "$root/$f" ] || { echo "$(basename "$deb") lacks /$f" >&2; exit 1; }
 done
 "$root/usr/bin/gritwell" list | grep -q '^Brick' || { echo "gritwell list from the package lacks Brick" >&2; exit 1; }
-LD_LIBRARY_PATH=$root/usr/lib PYTHONPATH=$root/usr/lib/python3/dist-packages python3 -s -c '
+LD_LIBRARY_PATH=$root/usr/lib PYTHONPATH=$root/usr/lib/python3/dist-packages "$python" -s -c '
 import sys, gritwell
 assert gritwell.__file__.startswith(sys.argv[1]), gritwell.__file__
 assert "Brick" in gritwell.generators()

@@ -3,10 +3,11 @@
 # pipeline engineer would: the command and its plug-in, a CMake project and
 # a pkg-config build against the library (their values must be the
 # command's, digit for digit), and the Python module in a clean interpreter.
-# usage: check-install.sh BUILD_DIR SOURCE_DIR
+# usage: check-install.sh BUILD_DIR SOURCE_DIR PYTHON
 set -euo pipefail
 build=$(realpath "$1")
 source=$(realpath "$2")
+python=$3
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 prefix=$scratch/prefix
@@ -34,7 +35,7 @@ g++ -std=c++17 "$source/tests/install/consumer/main.cpp" -o "$scratch/pkgconfig_
 same "the pkg-config consumer" "$(printf '%s' "$points" | LD_LIBRARY_PATH=$prefix/lib "$scratch/pkgconfig_consumer")"
 
 if [ -d "$prefix/lib/python3/dist-packages" ]; then
-  actual=$(printf '%s' "$points" | PYTHONPATH=$prefix/lib/python3/dist-packages python3 -s -c '
+  actual=$(printf '%s' "$points" | PYTHONPATH=$prefix/lib/python3/dist-packages "$python" -s -c '
 import sys, numpy, gritwell
 assert gritwell.__file__.startswith(sys.argv[1]), gritwell.__file__
 points = numpy.loadtxt(sys.stdin, dtype=numpy.float32, ndmin=2)

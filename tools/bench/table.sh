@@ -139,7 +139,7 @@ PY
 read -r brick_ns voronoi_ns <"$evaluation"
 python3 tools/bench/paint_table.py "$dir/gritwell" "$reps" "$paint_part" "$brick_ns" "$voronoi_ns" \
   >>docs/benchmarks.md.partial
-python3 tools/bench/python_table.py "$dir/bench/library_bench" "$dir/python" "$reps" >>docs/benchmarks.md.partial
+/usr/bin/python3 tools/bench/python_table.py "$dir/bench/library_bench" "$dir/python" "$reps" >>docs/benchmarks.md.partial
 mv docs/benchmarks.md.partial docs/benchmarks.md
 # Replace the README's digest and its sentence on painting between their markers.
 python3 - "$readme_part" "$paint_part" <<'PY'
