@@ -41,10 +41,12 @@ set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "procedural texture generators: plug-in, c
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # The module is built for one interpreter's minor version.
-math(EXPR python_next_minor "${Python3_VERSION_MINOR} + 1")
-set(python_version ${Python3_VERSION_MAJOR}.${Python3_VERSION_MINOR})
-set(CPACK_DEBIAN_PACKAGE_DEPENDS
-    "python3 (>= ${python_version}), python3 (<< ${Python3_VERSION_MAJOR}.${python_next_minor}), python3-numpy")
+if(GRITWELL_BUILD_PYTHON)
+  math(EXPR python_next_minor "${Python3_VERSION_MINOR} + 1")
+  set(python_version ${Python3_VERSION_MAJOR}.${Python3_VERSION_MINOR})
+  set(CPACK_DEBIAN_PACKAGE_DEPENDS
+      "python3 (>= ${python_version}), python3 (<< ${Python3_VERSION_MAJOR}.${python_next_minor}), python3-numpy")
+endif()
 # Without the build's debugging sections: a third of the size, the same code.
 set(CPACK_STRIP_FILES TRUE)
 set(CPACK_DEBIAN_PACKAGE_SECTION graphics)
