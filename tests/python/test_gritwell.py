@@ -4,7 +4,7 @@ import ctypes
 import os
 import random
 import struct
-import threading
+from concurrent.futures import ThreadPoolExecutor
 
 import numpy as np
 import pytest
@@ -99,19 +99,10 @@ def test_render_is_the_slice_top_row_first():
 def test_threads_evaluate_distinct_textures_alike():
     points = np.random.default_rng(5).uniform(-10, 10, (20000, 3)).astype(np.float32)
     names = ["FBM", "Voronoi", "Granite", "Snakeskin"]
-    alone = [gritwell.Texture(n)(points) for n in names]
-    together = [None] * len(names)
-
-    def run(i):
-        together[i] = gritwell.Texture(names[i])(points)
-
-    threads = [threading.Thread(target=run, args=(i,)) for i in range(len(names))]
-    for t in threads:
-        t.start()
-    for t in threads:
-        t.join()
-    for a, b in zip(alone, together):
-        assert a.view(np.uint32).tolist() == b.view(np.uint32).tolist()
+    with ThreadPoolExecutor(len(names)) as pool:
+        together = list(pool.map(lambda name: gritwell.Texture(name)(points), names))
+    for name, values in zip(names, together):
+        assert values.view(np.uint32).tolist() == gritwell.Texture(name)(points).view(np.uint32).tolist()
 
 
 BRICK = gritwell.Texture("Brick")
