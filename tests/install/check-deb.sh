@@ -17,6 +17,8 @@ for f in usr/bin/gritwell usr/lib/gritwell/GritwellPlugin.so usr/lib/libgritwell
   [ -e "$root/$f" ] || { echo "$(basename "$deb") lacks /$f" >&2; exit 1; }
 done
 "$root/usr/bin/gritwell" list | grep -q '^Brick' || { echo "gritwell list from the package lacks Brick" >&2; exit 1; }
+# eval goes through the plug-in, which the command finds in ../lib/gritwell/.
+printf '0.1 0.2 0.3\n' | "$root/usr/bin/gritwell" eval Brick >/dev/null
 LD_LIBRARY_PATH=$root/usr/lib PYTHONPATH=$root/usr/lib/python3/dist-packages "$python" -s -c '
 import sys, gritwell
 assert gritwell.__file__.startswith(sys.argv[1]), gritwell.__file__
