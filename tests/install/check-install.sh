@@ -14,7 +14,9 @@ prefix=$scratch/prefix
 cmake --install "$build" --prefix "$prefix" >/dev/null
 
 points=$'0.1 0.2 0.3\n1.5 0.25 0.3\n-3 2 0.7\n2.75 -1.5 -0.25\n'
-"$prefix/bin/gritwell" list | grep -q '^Brick' || { echo "installed gritwell list lacks Brick" >&2; exit 1; }
+# The whole list first: grep -q leaving the pipe early would fail it.
+list=$("$prefix/bin/gritwell" list)
+grep -q '^Brick' <<<"$list" || { echo "installed gritwell list lacks Brick" >&2; exit 1; }
 "$prefix/bin/gritwell" record new Brick --set brickWidth=0.5 -o "$scratch/brick.rec"
 expected=$(printf '%s' "$points" | "$prefix/bin/gritwell" eval "$scratch/brick.rec")
 
