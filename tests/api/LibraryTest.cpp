@@ -104,30 +104,6 @@ INSTANTIATE_TEST_SUITE_P(Library, EveryGenerator, testing::ValuesIn(gritwell::ge
                              return name;
                          });
 
-// Fields read back as set, by their own types, and the table matches the
-// record's bytes.
-TEST(Library, FieldsReadBackAndLandAtTheirOffsets) {
-    Texture brick = Texture::fromName("Brick");
-    struct Row {
-        const char* field;
-        Value value;
-    } rows[] = {{"brickWidth", 0.5f}, {"randomizeColors", false}, {"mortarThickness", 0.125f}};
-    for (const Row& row : rows) {
-        ASSERT_TRUE(brick.set(row.field, row.value).ok()) << row.field;
-        Value back;
-        ASSERT_TRUE(brick.get(row.field, back).ok()) << row.field;
-        EXPECT_EQ(row.value, back) << row.field;
-    }
-    const std::vector<unsigned char> record = brick.record();
-    for (const gritwell::FieldDesc& f : brick.generator().fields)
-        if (f.name == "brickWidth") {
-            float stored;
-            std::memcpy(&stored, record.data() + f.offset, sizeof stored);
-            EXPECT_EQ(0.5f, stored);
-        }
-    EXPECT_EQ(record.size(), static_cast<std::size_t>(record[0]));
-}
-
 // A record of a version the generator neither has nor converts leaves the
 // defaults, as in the host's session; the plug-in agrees point for point.
 TEST(Library, RecordOfAnUnknownVersionKeepsTheDefaults) {
@@ -183,23 +159,6 @@ TEST(Library, BadInputIsAnErrorValueThatSaysWhy) {
         EXPECT_EQ(row.code, row.status.code) << row.what << ": " << row.status.message;
         EXPECT_NE(std::string::npos, row.status.message.find(row.says)) << row.what << ": " << row.status.message;
     }
-}
-
-// The slice's corners are the pixel centres nearest (0, extent) and
-// (extent, 0): top row first, x to the right.
-TEST(Library, SliceRunsTopRowFirst) {
-    Texture t = Texture::fromName("Perlin Noise");
-    constexpr int kSize = 8;
-    constexpr float kExtent = 4.0f, kZ = 0.3f;
-    std::vector<float> slice(kSize * kSize);
-    ASSERT_TRUE(t.renderSlice(kSize, kZ, kExtent, slice.data()).ok());
-    const float half = kExtent / kSize / 2;
-    const float corners[] = {half, kExtent - half, kZ, kExtent - half, half, kZ};
-    float expected[2];
-    ASSERT_TRUE(t.evaluate(corners, 2, expected).ok());
-    EXPECT_EQ(expected[0], slice.front());
-    EXPECT_EQ(expected[1], slice.back());
-    EXPECT_NE(slice.front(), slice.back());
 }
 
 // Distinct textures on different threads at once give what one thread gives.
