@@ -172,7 +172,10 @@ std::string repr(const Texture& texture) {
 }
 
 py::array_t<float> render(const Texture& texture, int size, float z, float extent) {
-    if (size < 1) throw py::value_error("size must be at least 1, not " + std::to_string(size));
+    // Checked before the array is made: a mistyped size must not ask for gigabytes.
+    if (size < 1 || size > Texture::kLargestSlice)
+        throw py::value_error("size must be 1 to " + std::to_string(Texture::kLargestSlice) + ", not " +
+                              std::to_string(size));
     py::array_t<float> out({static_cast<py::ssize_t>(size), static_cast<py::ssize_t>(size)});
     float* values = out.mutable_data();
     Status status;

@@ -139,8 +139,10 @@ public:
 
     // The slice z = const of the square [0, extent]², size × size samples at
     // pixel centres, row-major, top row first (x to the right, y up): the
-    // picture `gritwell render` draws. out holds size * size floats.
+    // picture `gritwell render` draws. out holds size * size floats; size is
+    // 1 to kLargestSlice.
     Status renderSlice(int size, float z, float extent, float* out) const;
+    static constexpr int kLargestSlice = 16384;
 
 private:
     struct Impl;

@@ -33,9 +33,6 @@ constexpr std::size_t kMostPointsPerCall = std::size_t{1} << 24;
 // Points per block when the coordinates come as three arrays.
 constexpr std::size_t kSplitBlock = 256;
 
-// Slices larger than this on a side are a mistake, not a picture.
-constexpr int kLargestSlice = 16384;
-
 Status fail(Status* status, Errc code, std::string message) {
     Status s{code, std::move(message)};
     if (status != nullptr) *status = s;
@@ -222,8 +219,13 @@ Status Texture::renderSlice(int size, float z, float extent, float* out) const {
         return {Errc::badArgument, "a slice is 1 to " + std::to_string(kLargestSlice) + " samples on a side, not " +
                                        std::to_string(size)};
     if (out == nullptr) return {Errc::badArgument, "renderSlice: null result array"};
-    const std::vector<float> points = sliceGrid(size, z, extent);
-    return evaluate(points.data(), points.size() / 3, out);
+    // A row at a time: the largest slice's points alone would take gigabytes.
+    std::vector<float> row(3 * static_cast<std::size_t>(size));
+    for (int r = 0; r < size; ++r) {
+        sliceRow(size, r, z, extent, row.data());
+        (*impl_->texture)(row.data(), size, out + static_cast<std::size_t>(size) * r);
+    }
+    return {};
 }
 
 }  // namespace gritwell

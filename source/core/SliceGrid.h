@@ -8,7 +8,10 @@
 
 namespace gritwell {
 
-// size * size interleaved points (x, y, z), row-major, top row first.
+// The size points (x, y, z) of one row, row 0 the top, into xyz[0..3 size).
+void sliceRow(int size, int row, float z, float extent, float* xyz);
+
+// size * size interleaved points, row-major, top row first.
 std::vector<float> sliceGrid(int size, float z, float extent);
 
 }  // namespace gritwell

@@ -125,7 +125,8 @@ POINTS = np.zeros((4, 3), dtype=np.float32)
     (lambda: gritwell.Texture.from_record(BRICK.record[:-4]), ValueError, "byte 0"),
     (lambda: gritwell.Texture.from_record(BRICK.record[:20]), ValueError, "header"),
     (lambda: gritwell.Texture.from_record(42), TypeError, ""),
-    (lambda: gritwell.render(BRICK, 0), ValueError, "at least 1"),
+    (lambda: gritwell.render(BRICK, 0), ValueError, "1 to 16384, not 0"),
+    (lambda: gritwell.render(BRICK, 1 << 20), ValueError, "not 1048576"),
 ])
 def test_bad_input_raises_with_a_clear_message(call, error, says):
     with pytest.raises(error) as raised:
