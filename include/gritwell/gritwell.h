@@ -119,8 +119,8 @@ public:
     std::string name() const;
     GeneratorDesc generator() const;
 
-    // A field by name, of the field's own type; neither clamps nor checks the
-    // range, as records never are.
+    // A field by name, of the field's own type (a float field takes 0.5f, not
+    // 0.5); neither clamps nor checks the range, as records never are.
     Status get(std::string_view field, Value& value) const;
     Status set(std::string_view field, const Value& value);
 
