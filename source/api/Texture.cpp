@@ -5,7 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <limits>
+#include <iterator>
 
 #include "api/Generators.h"
 #include "core/BaseData.h"
@@ -33,24 +33,18 @@ constexpr std::size_t kMostPointsPerCall = std::size_t{1} << 24;
 // Points per block when the coordinates come as three arrays.
 constexpr std::size_t kSplitBlock = 256;
 
-Status fail(Status* status, Errc code, std::string message) {
-    Status s{code, std::move(message)};
-    if (status != nullptr) *status = s;
-    return s;
+void fail(Status* status, Errc code, std::string message) {
+    if (status != nullptr) *status = {code, std::move(message)};
 }
 
 Status emptyTexture() { return {Errc::badArgument, "the texture is empty: make it with fromName or fromRecord"}; }
 
-std::size_t valueIndex(FieldType type) {
-    switch (type) {
-        case FieldType::Int32: return 0;
-        case FieldType::Float: return 1;
-        case FieldType::Bool: return 2;
-    }
-    return 1;
+// The field type a Value holds, in the order of its alternatives.
+FieldType typeOf(const Value& value) {
+    constexpr FieldType kAlternatives[] = {FieldType::Int32, FieldType::Float, FieldType::Bool};
+    static_assert(std::variant_size_v<Value> == std::size(kAlternatives));
+    return kAlternatives[value.index()];
 }
-
-constexpr std::string_view kValueTypeNames[] = {"int32", "float", "bool"};
 
 }  // namespace
 
@@ -153,9 +147,9 @@ Status Texture::set(std::string_view field, const Value& value) {
     if (f == nullptr)
         return {Errc::unknownField, name() + " has no field '" + std::string(field) +
                                         "'; its fields are: " + fieldNameList(*impl_->info)};
-    if (value.index() != valueIndex(f->type))
+    if (typeOf(value) != f->type)
         return {Errc::wrongType, name() + "." + std::string(field) + " is " + std::string(fieldTypeName(f->type)) +
-                                     ", not " + std::string(kValueTypeNames[value.index()])};
+                                     ", not " + std::string(fieldTypeName(typeOf(value)))};
     // Through the record's bytes, as a host edits a stored record: the
     // generator adopts its own version whole.
     char record[kRecordBuffer]{};
