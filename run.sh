@@ -25,6 +25,9 @@ packages=(
   libstb-dev fonts-dejavu-core               # stb_perlin, gallery labels
   qt6-base-dev                               # the generator dialog (Qt 6 Widgets, QtTest)
   libxcb1-dev                                # asking the X server before Qt does
+  pybind11-dev python3-dev python3-numpy     # the Python module
+  python3-pytest                             # its tests
+  dpkg-dev                                   # dpkg-shlibdeps, for the Debian package
 )
 
 # Only the fuzz command needs these.

@@ -7,7 +7,8 @@
 # BUILD_DIR says otherwise), runs the benchmarks BENCH_REPETITIONS times
 # (default 5) and tables the median of each: the machines are shared, and
 # the median shrugs off a neighbour's burst where the mean does not. Then
-# times `gritwell paint` on a million-vertex mesh (paint_table.py). The
+# times `gritwell paint` on a million-vertex mesh (paint_table.py) and the
+# Python module's call against the library's (python_table.py). The
 # README's figures are written from the same runs, between its markers.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
@@ -15,7 +16,7 @@ cd "$(dirname "$0")/../.."
 dir=${BUILD_DIR:-build}
 reps=${BENCH_REPETITIONS:-5}
 cmake -S . -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
-cmake --build "$dir" --target table_bench bake_bench gritwell -j "$(nproc)"
+cmake --build "$dir" --target table_bench bake_bench gritwell library_bench gritwell_python -j "$(nproc)"
 
 json=$(mktemp)
 levels_dir=$(mktemp -d)
@@ -152,6 +153,8 @@ python3 tools/bench/paint_table.py "$dir/gritwell" "$reps" "$paint_part" "$brick
 echo >>docs/benchmarks.md.partial
 python3 tools/bench/bake_table.py "$dir/bench/bake_bench" "$reps" "$brick_ns" "$voronoi_ns" \
   >>docs/benchmarks.md.partial
+echo >>docs/benchmarks.md.partial
+/usr/bin/python3 tools/bench/python_table.py "$dir/bench/library_bench" "$dir/python" "$reps" >>docs/benchmarks.md.partial
 mv docs/benchmarks.md.partial docs/benchmarks.md
 # Replace the README's digest and its sentence on painting between their markers.
 python3 - "$readme_part" "$paint_part" <<'PY'

@@ -49,7 +49,13 @@ std::string PluginLibrary::defaultPath() {
     std::error_code ec;
     const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", ec);
     if (ec) return "GritwellPlugin.so";
-    return (self.parent_path() / "GritwellPlugin.so").string();
+    // In the build folder the plug-in sits beside us; installed, we are in
+    // bin/ and it is in lib/gritwell/, where no host's search finds it by
+    // accident.
+    const std::filesystem::path beside = self.parent_path() / "GritwellPlugin.so";
+    const std::filesystem::path installed = self.parent_path().parent_path() / "lib" / "gritwell" / "GritwellPlugin.so";
+    if (!std::filesystem::exists(beside, ec) && std::filesystem::exists(installed, ec)) return installed.string();
+    return beside.string();
 }
 
 PluginSession::PluginSession(PluginLibrary& plugin, const std::vector<unsigned char>& record,

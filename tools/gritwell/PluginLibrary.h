@@ -32,7 +32,8 @@ public:
     HostEntryPoint endSession = nullptr;
     HostEntryPoint interactWithUser = nullptr;
 
-    // The plug-in beside the running executable.
+    // The plug-in beside the running executable, or where an installed
+    // executable finds it: ../lib/gritwell/.
     static std::string defaultPath();
 
     // Holds this process's batch paths to `level` (or the best below it the

@@ -1,21 +1,13 @@
 #include "SliceRenderer.h"
 
 #include <algorithm>
+#include "core/SliceGrid.h"
 
 namespace gritwell {
 
 std::vector<float> sliceValues(const BatchEvaluator& evaluate, const SliceView& view) {
     const int n = view.size;
-    std::vector<float> points(3 * static_cast<std::size_t>(n) * n);
-    float* p = points.data();
-    for (int row = 0; row < n; ++row) {
-        const float y = static_cast<float>((n - 1 - row + 0.5) * view.extent / n);
-        for (int col = 0; col < n; ++col) {
-            *p++ = static_cast<float>((col + 0.5) * view.extent / n);
-            *p++ = y;
-            *p++ = view.z;
-        }
-    }
+    const std::vector<float> points = sliceGrid(n, view.z, view.extent);
     std::vector<float> values(static_cast<std::size_t>(n) * n);
     evaluate(points.data(), n * n, values.data());
     return values;
@@ -53,8 +45,8 @@ void sliceRows(const BatchEvaluator& evaluate, const SliceView& view, int first,
         const double yAt = (n - 1 - row + 0.5) * e / n;
         const auto y = static_cast<float>(yAt);
         const Fade fy = view.tileable ? fadeAt(yAt, e, e / n) : Fade{};
-        points.clear();
-        for (int col = 0; col < n; ++col) points.insert(points.end(), {static_cast<float>((col + 0.5) * e / n), y, view.z});
+        points.resize(3 * static_cast<std::size_t>(n));
+        sliceRow(n, row, view.z, view.extent, points.data());
         if (view.tileable) {
             // The samples the margins fade into, after the row's own points,
             // in the order they are summed below.

@@ -544,7 +544,8 @@ int main(int argc, char** argv) {
     app.require_subcommand(1);
     app.set_version_flag("--version", "gritwell " GRITWELL_VERSION);
     Options options;
-    app.add_option("--plugin", options.pluginPath, "the plug-in to load (default: beside this program)");
+    app.add_option("--plugin", options.pluginPath,
+                   "the plug-in to load (default: beside this program, or ../lib/gritwell/ from it)");
     // Its callback runs before any command's, so the choice holds for the whole run.
     app.add_option_function<std::string>("--simd", requestSimdLevel,
                                          "hold the vector paths to scalar, avx2 or avx512 (default: the best this "
