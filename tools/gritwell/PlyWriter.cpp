@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
+#include <vector>
 
 #include "AtomicOutput.h"
 #include "CliError.h"
@@ -17,6 +18,7 @@ namespace {
 
 constexpr std::size_t kVertexBytes = 4 * sizeof(float) + 3;
 constexpr std::uint32_t kMaxCorners = 255;
+constexpr std::size_t kBufferBytes = std::size_t(1) << 20;  // holds any row: 19 bytes, or 1 + 255 * 4
 
 }  // namespace
 
@@ -45,28 +47,41 @@ bool write(std::FILE* out, const Mesh& mesh, const std::vector<float>& intensiti
     for (const std::uint32_t corners : mesh.faceSizes)
         if (corners > kMaxCorners)
             throw CliError("a face has " + std::to_string(corners) + " corners; a PLY face holds at most 255");
+    // The body goes out a buffer at a time: one write call per mebibyte
+    // rather than one per value.
+    std::vector<unsigned char> buffer;
+    buffer.reserve(kBufferBytes);
+    const auto flush = [&] {
+        const bool ok = std::fwrite(buffer.data(), 1, buffer.size(), out) == buffer.size();
+        buffer.clear();
+        return ok;
+    };
+    const auto room = [&](std::size_t bytes) { return buffer.size() + bytes <= kBufferBytes || flush(); };
+    const auto put = [&](const void* bytes, std::size_t n) {
+        const auto* b = static_cast<const unsigned char*>(bytes);
+        buffer.insert(buffer.end(), b, b + n);
+    };
+
     const std::string text = header(mesh);
-    if (std::fwrite(text.data(), 1, text.size(), out) != text.size()) return false;
-
-    unsigned char vertex[kVertexBytes];
+    put(text.data(), text.size());
     for (std::size_t v = 0; v < mesh.vertexCount(); ++v) {
-        const float value = intensities[v];
-        std::memcpy(vertex, &mesh.positions[3 * v], 3 * sizeof(float));
-        std::memcpy(vertex + 3 * sizeof(float), &value, sizeof value);
-        std::memset(vertex + 4 * sizeof(float), toGrey(value), 3);
-        if (std::fwrite(vertex, 1, sizeof vertex, out) != sizeof vertex) return false;
+        if (!room(kVertexBytes)) return false;
+        const unsigned char grey = toGrey(intensities[v]);
+        const unsigned char rgb[3] = {grey, grey, grey};
+        put(&mesh.positions[3 * v], 3 * sizeof(float));
+        put(&intensities[v], sizeof(float));
+        put(rgb, 3);
     }
-
     const std::uint32_t* corner = mesh.faceCorners.data();
     for (const std::uint32_t corners : mesh.faceSizes) {
-        const auto count = static_cast<unsigned char>(corners);
-        if (std::fwrite(&count, 1, 1, out) != 1) return false;
-        for (std::uint32_t c = 0; c < corners; ++c, ++corner) {
-            const auto index = static_cast<std::int32_t>(*corner);
-            if (std::fwrite(&index, sizeof index, 1, out) != 1) return false;
-        }
+        if (!room(1 + corners * sizeof(std::int32_t))) return false;
+        buffer.push_back(static_cast<unsigned char>(corners));
+        // The indices are below 2^31 (the readers see to it), so their
+        // unsigned bits are the int the header declares.
+        put(corner, corners * sizeof(std::int32_t));
+        corner += corners;
     }
-    return true;
+    return flush();
 }
 
 void writeFile(const std::string& path, const Mesh& mesh, const std::vector<float>& intensities) {
