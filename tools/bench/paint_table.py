@@ -4,15 +4,17 @@ OBJ and from binary PLY, and prints the benchmark table's section on it;
 writes the README's sentence on painting, with the evaluation's share taken
 from the generators' table.
 
-    paint_table.py GRITWELL REPETITIONS README_PART BRICK_NS VORONOI_NS
+    paint_table.py GRITWELL REPETITIONS README_PART BRICK_NS VORONOI_NS PHASES
 
 BRICK_NS and VORONOI_NS are the table's nanoseconds per point at the
-defaults. Called by table.sh.
+defaults; PHASES is mesh_bench's JSON output (reading, evaluating, writing).
+Called by table.sh.
 """
 
 import os
 import statistics
 import subprocess
+import json
 import sys
 import tempfile
 import time
@@ -39,6 +41,32 @@ def median_seconds(command, repetitions):
     return statistics.median(times)
 
 
+PHASES = [("Paint/read/binary PLY", "read a binary PLY"), ("Paint/read/OBJ", "read an OBJ"),
+          ("Paint/evaluate/Brick", "evaluate Brick"), ("Paint/evaluate/Voronoi", "evaluate Voronoi"),
+          ("Paint/write/PLY", "write the painted PLY"),
+          ("Paint/write/PLY on disk", "write the painted PLY and wait for the disk"),
+          ("Paint/end to end/binary PLY/Brick", "all of it, from binary PLY, Brick"),
+          ("Paint/end to end/OBJ/Brick", "all of it, from OBJ, Brick")]
+
+
+def phase_table(path, reps):
+    """mesh_bench's medians, in milliseconds, as the table's lines."""
+    median = {b["run_name"]: b["real_time"] for b in json.load(open(path))["benchmarks"]
+              if b.get("aggregate_name") == "median"}
+    out = ["### Phase by phase\n",
+           "`bench/MeshFilesBench.cpp` (`mesh_bench`) on a grid of a million vertices and two million "
+           "triangles it writes first (binary PLY of floats; OBJ with six decimals), in the process, "
+           f"without starting the command; milliseconds, the median of {reps}.\n",
+           "| phase | ms |", "|---|---:|"]
+    for name, label in PHASES:
+        value = median.get(name)
+        out.append(f"| {label} | {'—' if value is None else f'{value:.1f}'} |")
+    whole, evaluation = median.get("Paint/end to end/binary PLY/Brick"), median.get("Paint/evaluate/Brick")
+    if whole and evaluation:
+        out.append(f"\nFrom binary PLY, painting with Brick takes {whole / evaluation:.1f}× its evaluation.")
+    return out
+
+
 def main():
     gritwell, reps, readme_part = sys.argv[1], int(sys.argv[2]), sys.argv[3]
     evaluation = {"Brick": float(sys.argv[4]), "Voronoi": float(sys.argv[5])}
@@ -55,7 +83,7 @@ def main():
            "| mesh | " + " | ".join(evaluation) + " |", "|---|" + "---:|" * len(evaluation)]
     for mesh in ("OBJ", "binary PLY"):
         out.append(f"| {mesh} | " + " | ".join(f"{seconds[(mesh, g)]:.2f}" for g in evaluation) + " |")
-    print("\n" + "\n".join(out))
+    print("\n" + "\n".join(out + [""] + phase_table(sys.argv[6], reps)))
     with open(readme_part, "w") as f:
         f.write(f"A mesh of a million vertices and faces paints with Brick in about "
                 f"{seconds[('OBJ', 'Brick')]:.1f} s from OBJ and {seconds[('binary PLY', 'Brick')]:.1f} s from\n"

@@ -7,7 +7,8 @@
 # BUILD_DIR says otherwise), runs the benchmarks BENCH_REPETITIONS times
 # (default 5) and tables the median of each: the machines are shared, and
 # the median shrugs off a neighbour's burst where the mean does not. Then
-# times `gritwell paint` on a million-vertex mesh (paint_table.py). The
+# times painting a million-vertex mesh, phase by phase (mesh_bench) and as
+# `gritwell paint` (paint_table.py). The
 # README's figures are written from the same runs, between its markers.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
@@ -15,7 +16,7 @@ cd "$(dirname "$0")/../.."
 dir=${BUILD_DIR:-build}
 reps=${BENCH_REPETITIONS:-5}
 cmake -S . -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
-cmake --build "$dir" --target table_bench gritwell -j "$(nproc)"
+cmake --build "$dir" --target table_bench mesh_bench gritwell -j "$(nproc)"
 
 json=$(mktemp)
 levels_dir=$(mktemp -d)
@@ -136,8 +137,12 @@ with open(evaluation, "w") as f:
     f.write(f"{median['Session/Brick/defaults']} {median['Session/Voronoi/defaults']}\n")
 PY
 read -r brick_ns voronoi_ns <"$evaluation"
-python3 tools/bench/paint_table.py "$dir/gritwell" "$reps" "$paint_part" "$brick_ns" "$voronoi_ns" \
+phases=$(mktemp)
+"$dir/bench/mesh_bench" --benchmark_repetitions="$reps" --benchmark_report_aggregates_only=true \
+  --benchmark_out_format=json --benchmark_out="$phases" >&2
+python3 tools/bench/paint_table.py "$dir/gritwell" "$reps" "$paint_part" "$brick_ns" "$voronoi_ns" "$phases" \
   >>docs/benchmarks.md.partial
+rm -f "$phases"
 mv docs/benchmarks.md.partial docs/benchmarks.md
 # Replace the README's digest and its sentence on painting between their markers.
 python3 - "$readme_part" "$paint_part" <<'PY'

@@ -1,5 +1,6 @@
 #include "ObjReader.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -20,15 +21,14 @@ bool isBlank(char c) { return c == ' ' || c == '\t'; }
 // ---- the statements ------------------------------------------------------------
 
 // What the file says, before positions are joined: every position, and
-// every use of one in file order, faces among them.
+// every use of one in file order, statement after statement.
 struct Statements {
+    static constexpr std::uint32_t kNotAFace = 0x80000000u;  // marks a line, a point or a short face
+
     std::vector<float> positions;
-    std::vector<std::uint32_t> uses;  // position numbers from 0
-    struct Face {
-        std::size_t firstUse;
-        std::uint32_t corners;
-    };
-    std::vector<Face> faces;
+    std::vector<std::uint32_t> uses;        // position numbers from 0
+    std::vector<std::uint32_t> statements;  // how many uses each has, kNotAFace added unless it is a face
+    bool allFaces = true;                   // every statement a face: `uses` is the faces' corners
 };
 
 class Parser {
@@ -104,8 +104,11 @@ private:
             s_.uses.push_back(static_cast<std::uint32_t>(index));
             while (p < eol && !MeshText::isSpace(*p)) ++p;
         }
-        const std::size_t corners = s_.uses.size() - first;
-        if (face && corners >= 3) s_.faces.push_back({first, static_cast<std::uint32_t>(corners)});
+        const auto corners = static_cast<std::uint32_t>(s_.uses.size() - first);
+        if (corners == 0) return;
+        const bool isFace = face && corners >= 3;
+        s_.statements.push_back(isFace ? corners : corners | Statements::kNotAFace);
+        s_.allFaces = s_.allFaces && isFace;
     }
 
     std::string_view file_;
@@ -116,57 +119,99 @@ private:
 
 // ---- joining positions ----------------------------------------------------------
 
-std::uint64_t hashOf(const float* xyz) {
+// A position's bits and its number, the key and value of the joining table.
+struct Slot {
     std::uint32_t bits[3];
-    std::memcpy(bits, xyz, sizeof bits);
-    std::uint64_t h = bits[0];
-    h = h * 0x9E3779B97F4A7C15ull ^ bits[1];
-    h = h * 0x9E3779B97F4A7C15ull ^ bits[2];
-    h *= 0x9E3779B97F4A7C15ull;
-    return h ^ (h >> 32);
+    std::uint32_t position;  // kNone: empty
+};
+
+std::size_t hashOf(const std::uint32_t* bits) {
+    // Murmur3's 64-bit finaliser over the three words: grid coordinates
+    // differ in few bits, and every bit must reach the slot number.
+    std::uint64_t h = (std::uint64_t(bits[0]) << 32 | bits[1]) ^ (std::uint64_t(bits[2]) * 0x9E3779B97F4A7C15ull);
+    h ^= h >> 33;
+    h *= 0xFF51AFD7ED558CCDull;
+    h ^= h >> 33;
+    h *= 0xC4CEB9FE1A85EC53ull;
+    h ^= h >> 33;
+    return static_cast<std::size_t>(h);
+}
+
+// For each position, the first position with the same bits. The table
+// holds the bits themselves, so a probe reads one line of memory, and the
+// slot a few positions ahead is fetched while this one is looked up.
+std::vector<std::uint32_t> firstOfEach(const std::vector<float>& positions) {
+    const std::size_t count = positions.size() / 3;
+    std::size_t capacity = 16;
+    while (capacity < 2 * count) capacity *= 2;
+    const std::size_t mask = capacity - 1;
+    std::vector<Slot> table(capacity, Slot{{0, 0, 0}, kNone});
+    std::vector<std::uint32_t> first(count);
+    const auto* bits = reinterpret_cast<const std::uint32_t*>(positions.data());
+    constexpr std::size_t kAhead = 8;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (i + kAhead < count) __builtin_prefetch(&table[hashOf(bits + 3 * (i + kAhead)) & mask]);
+        const std::uint32_t* key = bits + 3 * i;
+        std::size_t slot = hashOf(key) & mask;
+        while (table[slot].position != kNone && std::memcmp(table[slot].bits, key, sizeof Slot::bits) != 0)
+            slot = (slot + 1) & mask;
+        if (table[slot].position == kNone) {
+            std::memcpy(table[slot].bits, key, sizeof Slot::bits);
+            table[slot].position = static_cast<std::uint32_t>(i);
+        }
+        first[i] = table[slot].position;
+    }
+    return first;
 }
 
 // The mesh: each used position once (by its bits), in the order of first
-// use, and the faces' corners renumbered to match. Open addressing over the
-// new vertex numbers; a position number seen before skips the table.
-Mesh join(const Statements& s, const std::string& path) {
+// use, and the faces' corners renumbered to match.
+Mesh join(Statements s, const std::string& path) {
     const std::size_t count = s.positions.size() / 3;
-    std::vector<std::uint32_t> uses;
-    const std::vector<std::uint32_t>* order = &s.uses;
     if (s.uses.empty()) {
-        uses.resize(count);
-        for (std::size_t i = 0; i < count; ++i) uses[i] = static_cast<std::uint32_t>(i);
-        order = &uses;
+        s.uses.resize(count);
+        for (std::size_t i = 0; i < count; ++i) s.uses[i] = static_cast<std::uint32_t>(i);
+        if (count != 0) s.statements.push_back(static_cast<std::uint32_t>(count) | Statements::kNotAFace);
+        s.allFaces = false;
     }
-    std::vector<std::uint32_t> vertexOf(count, kNone);
-    std::size_t capacity = 16;
-    while (capacity < 2 * std::min(count, order->size())) capacity *= 2;
-    std::vector<std::uint32_t> table(capacity, kNone);
-    const std::size_t mask = capacity - 1;
-
-    Mesh mesh;
-    mesh.positions.reserve(3 * std::min(count, order->size()));
-    for (const std::uint32_t use : *order) {
+    for (const std::uint32_t use : s.uses)
         if (use >= count)
             throw CliError("'" + path + "' is damaged: it uses vertex " + std::to_string(std::uint64_t(use) + 1) +
                            " of " + std::to_string(count));
-        if (vertexOf[use] != kNone) continue;
-        const float* xyz = &s.positions[3 * std::size_t(use)];
-        std::size_t slot = hashOf(xyz) & mask;
-        while (table[slot] != kNone && std::memcmp(&mesh.positions[3 * std::size_t(table[slot])], xyz, 12) != 0)
-            slot = (slot + 1) & mask;
-        if (table[slot] == kNone) {
-            table[slot] = static_cast<std::uint32_t>(mesh.vertexCount());
+    const std::vector<std::uint32_t> first = firstOfEach(s.positions);
+    std::vector<std::uint32_t> vertexOf(count, kNone);
+    Mesh mesh;
+    mesh.positions.reserve(3 * std::min(count, s.uses.size()));
+    // Renumbered in place: the uses become the corners.
+    for (std::uint32_t& use : s.uses) {
+        std::uint32_t& vertex = vertexOf[first[use]];
+        if (vertex == kNone) {
+            vertex = static_cast<std::uint32_t>(mesh.vertexCount());
+            const float* xyz = &s.positions[3 * std::size_t(use)];
             mesh.positions.insert(mesh.positions.end(), xyz, xyz + 3);
         }
-        vertexOf[use] = table[slot];
+        use = vertex;
     }
-    mesh.faceSizes.reserve(s.faces.size());
-    mesh.faceCorners.reserve(s.uses.size());
-    for (const Statements::Face& f : s.faces) {
-        mesh.faceSizes.push_back(f.corners);
-        for (std::size_t c = 0; c < f.corners; ++c) mesh.faceCorners.push_back(vertexOf[s.uses[f.firstUse + c]]);
+    if (s.allFaces) {
+        mesh.faceCorners = std::move(s.uses);
+        mesh.faceSizes = std::move(s.statements);
+        return mesh;
     }
+    // Lines, points and short faces leave their uses out of the corners.
+    std::size_t from = 0, to = 0, faces = 0;
+    for (const std::uint32_t statement : s.statements) {
+        const std::uint32_t n = statement & ~Statements::kNotAFace;
+        if ((statement & Statements::kNotAFace) == 0) {
+            std::copy(s.uses.begin() + from, s.uses.begin() + from + n, s.uses.begin() + to);
+            s.statements[faces++] = n;
+            to += n;
+        }
+        from += n;
+    }
+    s.uses.resize(to);
+    s.statements.resize(faces);
+    mesh.faceCorners = std::move(s.uses);
+    mesh.faceSizes = std::move(s.statements);
     return mesh;
 }
 

@@ -212,6 +212,34 @@ public:
             mesh.faceSizes.push_back(static_cast<std::uint32_t>(corners));
     }
 
+    // The common face element, nothing but a list of a one-byte count and
+    // 32-bit little-endian indices, kept apart so its loop has no
+    // per-value type switch; returns where the element ends.
+    std::size_t byteCountedFaces(std::string_view file, std::size_t at, const Element& e) {
+        const bool signedCount = e.properties[0].countType == Type::kInt8;
+        const bool signedItems = e.properties[0].type == Type::kInt32;
+        const char* data = file.data();
+        for (std::uint64_t row = 0; row < e.count; ++row) {
+            if (at == file.size()) cutShort(e, row);
+            const int items = signedCount ? int(static_cast<signed char>(data[at])) : int(static_cast<unsigned char>(data[at]));
+            ++at;
+            if (items < 0) damaged(e.name + " " + std::to_string(row) + " has a list of " + std::to_string(items) + " items");
+            if (std::size_t(items) * 4 > file.size() - at) cutShort(e, row);
+            if (items >= 3) {
+                for (int i = 0; i < items; ++i) {
+                    std::uint32_t index;
+                    std::memcpy(&index, data + at + 4 * i, 4);
+                    if (index >= vertices_)
+                        corner(signedItems ? std::int64_t(static_cast<std::int32_t>(index)) : std::int64_t(index));
+                    mesh.faceCorners.push_back(index);
+                }
+                mesh.faceSizes.push_back(static_cast<std::uint32_t>(items));
+            }
+            at += std::size_t(items) * 4;
+        }
+        return at;
+    }
+
 private:
     const std::string& path_;
     std::uint64_t vertices_;
@@ -321,6 +349,11 @@ void readBinary(std::string_view file, const Header& header, const Layout& layou
             b.mesh.faceCorners.reserve(3 * std::min<std::uint64_t>(e.count, left / 13));
         }
         if (&e == layout.vertex) b.mesh.positions.reserve(3 * std::min<std::uint64_t>(e.count, file.size() / 4));
+        if (&e == layout.face && e.properties.size() == 1 && layout.corners == 0 && !swap &&
+            sizeOf(e.properties[0].countType) == 1 && sizeOf(e.properties[0].type) == 4) {
+            at = b.byteCountedFaces(file, at, e);
+            continue;
+        }
         for (std::uint64_t row = 0; row < e.count; ++row) {
             float xyz[3] = {};
             for (int k = 0; k < static_cast<int>(e.properties.size()); ++k) {
