@@ -125,7 +125,7 @@ TEST_F(MeshFiles, PlyDialectsGiveTheSameMesh) {
     const std::string asciiBody = "0 0 0\n1 0 0\n0 1 0\n0.5 2 -3\n3 0 1 2\n4 3 2 1 0\n2 0 1\n";
     // Doubles; floats big-endian with ushort counts; a list among the
     // vertices' properties; each with the three lists after.
-    Bytes doubles, big{true}, listed;
+    Bytes doubles, big{true, {}}, listed;
     for (std::size_t i = 0; i < positions.size(); i += 3) {
         doubles << double(positions[i]) << double(positions[i + 1]) << double(positions[i + 2]);
         big << positions[i] << positions[i + 1] << positions[i + 2];
