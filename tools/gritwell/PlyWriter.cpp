@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <vector>
 
 #include "AtomicOutput.h"
@@ -49,36 +50,35 @@ bool write(std::FILE* out, const Mesh& mesh, const std::vector<float>& intensiti
             throw CliError("a face has " + std::to_string(corners) + " corners; a PLY face holds at most 255");
     // The body goes out a buffer at a time: one write call per mebibyte
     // rather than one per value.
-    std::vector<unsigned char> buffer;
-    buffer.reserve(kBufferBytes);
+    const std::unique_ptr<unsigned char[]> buffer(new unsigned char[kBufferBytes]);
+    unsigned char* at = buffer.get();
+    unsigned char* const full = buffer.get() + kBufferBytes;
     const auto flush = [&] {
-        const bool ok = std::fwrite(buffer.data(), 1, buffer.size(), out) == buffer.size();
-        buffer.clear();
-        return ok;
+        const auto bytes = static_cast<std::size_t>(at - buffer.get());
+        at = buffer.get();
+        return std::fwrite(buffer.get(), 1, bytes, out) == bytes;
     };
-    const auto room = [&](std::size_t bytes) { return buffer.size() + bytes <= kBufferBytes || flush(); };
-    const auto put = [&](const void* bytes, std::size_t n) {
-        const auto* b = static_cast<const unsigned char*>(bytes);
-        buffer.insert(buffer.end(), b, b + n);
-    };
+    const auto room = [&](std::size_t bytes) { return std::size_t(full - at) >= bytes || flush(); };
 
     const std::string text = header(mesh);
-    put(text.data(), text.size());
-    for (std::size_t v = 0; v < mesh.vertexCount(); ++v) {
+    if (std::fwrite(text.data(), 1, text.size(), out) != text.size()) return false;
+    const float* position = mesh.positions.data();
+    for (std::size_t v = 0; v < mesh.vertexCount(); ++v, position += 3) {
         if (!room(kVertexBytes)) return false;
-        const unsigned char grey = toGrey(intensities[v]);
-        const unsigned char rgb[3] = {grey, grey, grey};
-        put(&mesh.positions[3 * v], 3 * sizeof(float));
-        put(&intensities[v], sizeof(float));
-        put(rgb, 3);
+        std::memcpy(at, position, 3 * sizeof(float));
+        std::memcpy(at + 3 * sizeof(float), &intensities[v], sizeof(float));
+        std::memset(at + 4 * sizeof(float), toGrey(intensities[v]), 3);
+        at += kVertexBytes;
     }
     const std::uint32_t* corner = mesh.faceCorners.data();
     for (const std::uint32_t corners : mesh.faceSizes) {
-        if (!room(1 + corners * sizeof(std::int32_t))) return false;
-        buffer.push_back(static_cast<unsigned char>(corners));
+        const std::size_t bytes = corners * sizeof(std::int32_t);
+        if (!room(1 + bytes)) return false;
+        *at = static_cast<unsigned char>(corners);
         // The indices are below 2^31 (the readers see to it), so their
         // unsigned bits are the int the header declares.
-        put(corner, corners * sizeof(std::int32_t));
+        std::memcpy(at + 1, corner, bytes);
+        at += 1 + bytes;
         corner += corners;
     }
     return flush();
