@@ -4,6 +4,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -162,6 +164,26 @@ TEST_F(MeshFiles, PlyDialectsGiveTheSameMesh) {
         EXPECT_EQ(mesh.faceSizes, (std::vector<std::uint32_t>{3, 4})) << c.name;
         EXPECT_EQ(mesh.faceCorners, (std::vector<std::uint32_t>{0, 1, 2, 3, 2, 1, 0})) << c.name;
     }
+}
+
+TEST_F(MeshFiles, PlyDoublesRoundToFloatAsTheProcessorDoes) {
+    // Past the float range the language leaves the conversion undefined;
+    // the reader gives the processor's answer: an infinity from FLT_MAX plus
+    // half its step on, FLT_MAX just below.
+    const double edge = 0x1.ffffffp127;
+    const float inf = std::numeric_limits<float>::infinity(), max = std::numeric_limits<float>::max();
+    const std::pair<double, float> cases[] = {
+        {1e300, inf}, {-1e300, -inf}, {edge, inf}, {std::nextafter(edge, 0.0), max}, {-edge, -inf}, {0.1, 0.1f}};
+    std::string text = "ply\nformat ascii 1.0\nelement vertex 6\nproperty double x\nproperty float y\n"
+                       "property float z\nend_header\n";
+    for (const auto& [value, expected] : cases) {
+        char line[64];
+        std::snprintf(line, sizeof line, "%.17g 0 0\n", value);
+        text += line;
+    }
+    const Mesh mesh = MeshReader::read(write("d.ply", text));
+    for (std::size_t i = 0; i < std::size(cases); ++i)
+        EXPECT_EQ(mesh.positions[3 * i], cases[i].second) << cases[i].first;
 }
 
 TEST_F(MeshFiles, DamagedPlyFilesSayWhere) {

@@ -270,6 +270,16 @@ T load(const char* at, bool swap) {
     }
 }
 
+// A double rounded to float as the processor rounds it, a value past the
+// float range included (there the language leaves the conversion
+// undefined): from FLT_MAX plus half its step on, an infinity.
+float narrow(double value) {
+    constexpr double kOverflow = 0x1.ffffffp127;
+    if (value >= kOverflow) return std::numeric_limits<float>::infinity();
+    if (value <= -kOverflow) return -std::numeric_limits<float>::infinity();
+    return static_cast<float>(value);
+}
+
 // A stored value as a coordinate: a float as it is, a double rounded, an
 // integer converted (through double, which holds every 32-bit one exactly,
 // so it is rounded once).
@@ -282,7 +292,7 @@ float coordinateAt(const char* at, Type type, bool swap) {
         case Type::kInt32: return static_cast<float>(static_cast<double>(load<std::int32_t>(at, swap)));
         case Type::kUInt32: return static_cast<float>(static_cast<double>(load<std::uint32_t>(at, swap)));
         case Type::kFloat32: return load<float>(at, swap);
-        case Type::kFloat64: return static_cast<float>(load<double>(at, swap));
+        case Type::kFloat64: return narrow(load<double>(at, swap));
         case Type::kNone: break;
     }
     return 0.0f;
@@ -418,7 +428,7 @@ void readAscii(std::string_view file, const Header& header, const Layout& layout
                         ok = MeshText::parseWhole(w, value);
                     } else if (p.type == Type::kFloat64) {
                         ok = MeshText::parseWhole(w, wide);
-                        value = static_cast<float>(wide);
+                        value = narrow(wide);
                     } else {
                         ok = MeshText::parseWhole(w, whole);
                         value = static_cast<float>(static_cast<double>(whole));
