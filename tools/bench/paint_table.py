@@ -49,10 +49,14 @@ PHASES = [("Paint/read/binary PLY", "read a binary PLY"), ("Paint/read/OBJ", "re
           ("Paint/end to end/OBJ/Brick", "all of it, from OBJ, Brick")]
 
 
-def phase_table(path, reps):
-    """mesh_bench's medians, in milliseconds, as the table's lines."""
-    median = {b["run_name"]: b["real_time"] for b in json.load(open(path))["benchmarks"]
-              if b.get("aggregate_name") == "median"}
+def phase_medians(path):
+    """mesh_bench's medians, in milliseconds, by benchmark."""
+    return {b["run_name"]: b["real_time"] for b in json.load(open(path))["benchmarks"]
+            if b.get("aggregate_name") == "median"}
+
+
+def phase_table(median, reps):
+    """The phases as the table's lines."""
     out = ["### Phase by phase\n",
            "`bench/MeshFilesBench.cpp` (`mesh_bench`) on a grid of a million vertices and two million "
            "triangles it writes first (binary PLY of floats; OBJ with six decimals), in the process, "
@@ -83,13 +87,17 @@ def main():
            "| mesh | " + " | ".join(evaluation) + " |", "|---|" + "---:|" * len(evaluation)]
     for mesh in ("OBJ", "binary PLY"):
         out.append(f"| {mesh} | " + " | ".join(f"{seconds[(mesh, g)]:.2f}" for g in evaluation) + " |")
-    print("\n" + "\n".join(out + [""] + phase_table(sys.argv[6], reps)))
+    phases = phase_medians(sys.argv[6])
+    print("\n" + "\n".join(out + [""] + phase_table(phases, reps)))
+    ms = {name: f"{phases[name]:.0f}" if name in phases else "—" for name, _ in PHASES}
     with open(readme_part, "w") as f:
         f.write(f"A mesh of a million vertices and faces paints with Brick in about "
                 f"{seconds[('OBJ', 'Brick')]:.1f} s from OBJ and {seconds[('binary PLY', 'Brick')]:.1f} s from\n"
-                f"binary PLY (one core of a busy machine; [docs/benchmarks.md](docs/benchmarks.md)), most of it\n"
-                f"reading and writing files: the evaluation itself is {evaluation['Brick'] / 1000:.2f} s for Brick and "
-                f"{evaluation['Voronoi'] / 1000:.2f} s for Voronoi.\n")
+                f"binary PLY (one core of a busy machine; [docs/benchmarks.md](docs/benchmarks.md)),\n"
+                f"the command's start included; the evaluation itself is {evaluation['Brick'] / 1000:.2f} s for Brick and "
+                f"{evaluation['Voronoi'] / 1000:.2f} s for Voronoi. Phase by phase, in the process: reading "
+                f"{ms['Paint/read/binary PLY']} ms\n(binary PLY) or {ms['Paint/read/OBJ']} ms (OBJ), evaluating "
+                f"{ms['Paint/evaluate/Brick']} ms (Brick), writing the painted PLY {ms['Paint/write/PLY']} ms.\n")
 
 
 if __name__ == "__main__":
