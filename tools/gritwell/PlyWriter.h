@@ -2,7 +2,9 @@
 // PlyWriter: a painted mesh as a binary little-endian PLY file: per vertex
 // float x, y, z, the float `intensity` and a grey uchar red, green, blue (the
 // intensity clamped to 0..1, times 255, rounded; NaN black); then the faces
-// as `vertex_indices` lists (uchar count, int indices).
+// as `vertex_indices` lists (uchar count, int indices). The rows are
+// gathered a mebibyte at a time, one write call each: a million vertices
+// go out in about 45 calls.
 
 #include <cstdio>
 #include <string>
