@@ -22,14 +22,25 @@ inline std::string_view nextWord(std::string_view text, std::size_t& at) {
     return text.substr(start, at - start);
 }
 
-// True when the whole of `word` is one number of type T (a float, double or
-// integer), stored in `value`.
+// The number of type T (a float, double or integer) at `p`, after any
+// whitespace, `p` moved past it; false when there is none, or when it runs
+// into anything but whitespace, the end or `stop`.
+template <typename T>
+bool parseAt(const char*& p, const char* end, T& value, char stop = ' ') {
+    while (p < end && isSpace(*p)) ++p;
+    const char* from = p;
+    if (end - from > 1 && *from == '+' && from[1] != '-') ++from;
+    const auto [after, ec] = std::from_chars(from, end, value);
+    if (ec != std::errc() || (after < end && !isSpace(*after) && *after != stop)) return false;
+    p = after;
+    return true;
+}
+
+// True when the whole of `word` is one number of type T, stored in `value`.
 template <typename T>
 bool parseWhole(std::string_view word, T& value) {
-    if (word.size() > 1 && word[0] == '+' && word[1] != '-') word.remove_prefix(1);
-    const char* end = word.data() + word.size();
-    const auto [stop, ec] = std::from_chars(word.data(), end, value);
-    return ec == std::errc() && stop == end;
+    const char* p = word.data();
+    return parseAt(p, p + word.size(), value) && p == word.data() + word.size();
 }
 
 }  // namespace gritwell::MeshText

@@ -63,24 +63,11 @@ private:
         return {p, std::min<std::size_t>(q - p, 40)};
     }
 
-    // The number at `p` (after blanks), `p` moved past it; false when there
-    // is none or it runs into something else than a blank or `stop`.
-    template <typename T>
-    static bool number(const char*& p, const char* eol, T& value, char stop = ' ') {
-        while (p < eol && MeshText::isSpace(*p)) ++p;
-        const char* from = p;
-        if (eol - from > 1 && *from == '+' && from[1] != '-') ++from;
-        const auto [after, ec] = std::from_chars(from, eol, value);
-        if (ec != std::errc() || (after < eol && !MeshText::isSpace(*after) && *after != stop)) return false;
-        p = after;
-        return true;
-    }
-
     void vertex(const char* p, const char* eol) {
         float xyz[3];
         const char* start = p;
         for (float& c : xyz)
-            if (!number(p, eol, c)) damaged("is not a vertex 'v x y z': 'v " + std::string(wordAt(start, eol)) + "...'");
+            if (!MeshText::parseAt(p, eol, c)) damaged("is not a vertex 'v x y z': 'v " + std::string(wordAt(start, eol)) + "...'");
         if (s_.positions.size() / 3 >= kMaxVertices)
             throw CliError("'" + path_ + "' has more vertices than gritwell paints at once (2^31 - 1)");
         s_.positions.insert(s_.positions.end(), xyz, xyz + 3);
@@ -95,7 +82,7 @@ private:
             if (p == eol || *p == '#') break;
             const char* word = p;
             std::int64_t n = 0;
-            if (!number(p, eol, n, '/') || n == 0)
+            if (!MeshText::parseAt(p, eol, n, '/') || n == 0)
                 damaged("names no vertex with '" + std::string(wordAt(word, eol)) + "'");
             // -1 is the last position so far.
             const std::int64_t index = n > 0 ? n - 1 : std::int64_t(s_.positions.size() / 3) + n;
