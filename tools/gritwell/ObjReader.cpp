@@ -91,6 +91,7 @@ private:
             s_.uses.push_back(static_cast<std::uint32_t>(index));
             while (p < eol && !MeshText::isSpace(*p)) ++p;
         }
+        if (s_.uses.size() - first >= Statements::kNotAFace) damaged("names more than 2^31 vertices");
         const auto corners = static_cast<std::uint32_t>(s_.uses.size() - first);
         if (corners == 0) return;
         const bool isFace = face && corners >= 3;
@@ -112,9 +113,11 @@ struct Slot {
     std::uint32_t position;  // kNone: empty
 };
 
-std::size_t hashOf(const std::uint32_t* bits) {
+std::size_t hashOf(const float* xyz) {
     // Murmur3's 64-bit finaliser over the three words: grid coordinates
     // differ in few bits, and every bit must reach the slot number.
+    std::uint32_t bits[3];
+    std::memcpy(bits, xyz, sizeof bits);
     std::uint64_t h = (std::uint64_t(bits[0]) << 32 | bits[1]) ^ (std::uint64_t(bits[2]) * 0x9E3779B97F4A7C15ull);
     h ^= h >> 33;
     h *= 0xFF51AFD7ED558CCDull;
@@ -134,11 +137,10 @@ std::vector<std::uint32_t> firstOfEach(const std::vector<float>& positions) {
     const std::size_t mask = capacity - 1;
     std::vector<Slot> table(capacity, Slot{{0, 0, 0}, kNone});
     std::vector<std::uint32_t> first(count);
-    const auto* bits = reinterpret_cast<const std::uint32_t*>(positions.data());
     constexpr std::size_t kAhead = 8;
     for (std::size_t i = 0; i < count; ++i) {
-        if (i + kAhead < count) __builtin_prefetch(&table[hashOf(bits + 3 * (i + kAhead)) & mask]);
-        const std::uint32_t* key = bits + 3 * i;
+        if (i + kAhead < count) __builtin_prefetch(&table[hashOf(&positions[3 * (i + kAhead)]) & mask]);
+        const float* key = &positions[3 * i];
         std::size_t slot = hashOf(key) & mask;
         while (table[slot].position != kNone && std::memcmp(table[slot].bits, key, sizeof Slot::bits) != 0)
             slot = (slot + 1) & mask;
