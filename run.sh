@@ -76,6 +76,7 @@ case "${1:-gallery}" in
     ./build/bench/noise_bench
     ./build/bench/texture_bench
     ./build/bench/generators_bench
+    ./build/bench/mesh_bench
     ;;
   fuzz)
     seconds=${2:-600}

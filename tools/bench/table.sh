@@ -7,7 +7,8 @@
 # BUILD_DIR says otherwise), runs the benchmarks BENCH_REPETITIONS times
 # (default 5) and tables the median of each: the machines are shared, and
 # the median shrugs off a neighbour's burst where the mean does not. Then
-# times `gritwell paint` on a million-vertex mesh (paint_table.py) and the
+# times painting a million-vertex mesh, phase by phase (mesh_bench) and as
+# `gritwell paint` (paint_table.py), baking and rendering (bake_table.py) and the
 # Python module's call against the library's (python_table.py). The
 # README's figures are written from the same runs, between its markers.
 set -euo pipefail
@@ -16,7 +17,7 @@ cd "$(dirname "$0")/../.."
 dir=${BUILD_DIR:-build}
 reps=${BENCH_REPETITIONS:-5}
 cmake -S . -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
-cmake --build "$dir" --target table_bench bake_bench gritwell library_bench gritwell_python -j "$(nproc)"
+cmake --build "$dir" --target table_bench bake_bench mesh_bench gritwell library_bench gritwell_python -j "$(nproc)"
 
 json=$(mktemp)
 levels_dir=$(mktemp -d)
@@ -148,8 +149,12 @@ with open(evaluation, "w") as f:
     f.write(f"{median['Session/Brick/defaults']} {median['Session/Voronoi/defaults']}\n")
 PY
 read -r brick_ns voronoi_ns <"$evaluation"
-python3 tools/bench/paint_table.py "$dir/gritwell" "$reps" "$paint_part" "$brick_ns" "$voronoi_ns" \
+phases=$(mktemp)
+"$dir/bench/mesh_bench" --benchmark_repetitions="$reps" --benchmark_report_aggregates_only=true \
+  --benchmark_out_format=json --benchmark_out="$phases" >&2
+python3 tools/bench/paint_table.py "$dir/gritwell" "$reps" "$paint_part" "$brick_ns" "$voronoi_ns" "$phases" \
   >>docs/benchmarks.md.partial
+rm -f "$phases"
 echo >>docs/benchmarks.md.partial
 python3 tools/bench/bake_table.py "$dir/bench/bake_bench" "$reps" "$brick_ns" "$voronoi_ns" \
   >>docs/benchmarks.md.partial

@@ -1,16 +1,17 @@
 #pragma once
-// MeshReader: meshes read through the Open Asset Import Library: OBJ, PLY,
-// STL, OFF and glTF (.gltf, .glb).
+// MeshReader: the meshes `gritwell paint` reads: OBJ and PLY by readers of
+// our own (ObjReader, PlyReader), which walk the file's bytes at about the
+// speed the disk gives them; STL, OFF and glTF (.gltf, .glb) through the
+// Open Asset Import Library.
 //
-// The file's vertices are kept as far as the library lets them be. PLY, OFF
-// and glTF files come through as they are: their vertices in their order,
-// unused ones included. OBJ and STL files come as one vertex per face
-// corner (OBJ split into a mesh per group or material); corners at exactly
-// the same position are joined into one vertex again, across the whole
-// file, in the order faces first use them (so vertices no face uses are
-// lost, unless the file has no faces at all). A glTF mesh is placed by the
-// first node that uses it. Polygons keep their corners (no triangulation);
-// points and lines are not faces, but their vertices are painted.
+// PLY, OFF and glTF files come through as they are: their vertices in their
+// order, unused ones included. OBJ and STL files are joined: corners at
+// exactly the same position are one vertex, across the whole file, in the
+// order faces (and an OBJ file's lines and points) first use them, so
+// vertices nothing uses are lost, unless the file uses none at all. A glTF
+// mesh is placed by the first node that uses it. Polygons keep their
+// corners (no triangulation); points and lines are not faces, but their
+// vertices are painted. Text coordinates are read correctly rounded.
 
 #include <string>
 
