@@ -15,6 +15,7 @@
 
 #include "CliError.h"
 #include "MappedFile.h"
+#include "MeshPlacement.h"
 #include "ObjReader.h"
 #include "PlyReader.h"
 
@@ -72,22 +73,6 @@ std::string formatList() {
     return list;
 }
 
-// The placement of each mesh: that of the first node that uses it. OBJ,
-// PLY, STL and OFF files place nothing; a glTF scene places its meshes.
-void findPlacements(const aiNode* node, const aiMatrix4x4& parent, std::vector<aiMatrix4x4>& placement,
-                    std::vector<bool>& placed) {
-    if (node == nullptr) return;
-    const aiMatrix4x4 here = parent * node->mTransformation;
-    for (unsigned i = 0; i < node->mNumMeshes; ++i) {
-        const unsigned m = node->mMeshes[i];
-        if (m < placement.size() && !placed[m]) {
-            placement[m] = here;
-            placed[m] = true;
-        }
-    }
-    for (unsigned c = 0; c < node->mNumChildren; ++c) findPlacements(node->mChildren[c], here, placement, placed);
-}
-
 }  // namespace
 
 Mesh read(const std::string& path) {
@@ -113,9 +98,7 @@ Mesh read(const std::string& path) {
     // positions costs a fraction of one.
     const aiScene* scene = importer.ReadFile(path, 0);
     if (scene == nullptr) throw CliError("cannot read the mesh '" + path + "': " + importer.GetErrorString());
-    std::vector<aiMatrix4x4> placement(scene->mNumMeshes);
-    std::vector<bool> placed(scene->mNumMeshes);
-    findPlacements(scene->mRootNode, aiMatrix4x4(), placement, placed);
+    const std::vector<aiMatrix4x4> placement = MeshPlacement::of(*scene);
 
     Mesh mesh;
     const bool joinCorners = format->cornerPerVertex;

@@ -12,26 +12,13 @@
 #include <limits>
 
 #include "CliError.h"
+#include "MeshPlacement.h"
 
 namespace gritwell::UvMeshReader {
 
 namespace {
 
 constexpr const char* kExtensions[] = {".obj", ".ply", ".off", ".stl", ".gltf", ".glb"};
-
-void findPlacements(const aiNode* node, const aiMatrix4x4& parent, std::vector<aiMatrix4x4>& placement,
-                    std::vector<bool>& placed) {
-    if (node == nullptr) return;
-    const aiMatrix4x4 here = parent * node->mTransformation;
-    for (unsigned i = 0; i < node->mNumMeshes; ++i) {
-        const unsigned m = node->mMeshes[i];
-        if (m < placement.size() && !placed[m]) {
-            placement[m] = here;
-            placed[m] = true;
-        }
-    }
-    for (unsigned c = 0; c < node->mNumChildren; ++c) findPlacements(node->mChildren[c], here, placement, placed);
-}
 
 }  // namespace
 
@@ -50,9 +37,7 @@ UvMesh read(const std::string& path) {
     Assimp::Importer importer;
     const aiScene* scene = importer.ReadFile(path, 0);
     if (scene == nullptr) throw CliError("cannot read the mesh '" + path + "': " + importer.GetErrorString());
-    std::vector<aiMatrix4x4> placement(scene->mNumMeshes);
-    std::vector<bool> placed(scene->mNumMeshes);
-    findPlacements(scene->mRootNode, aiMatrix4x4(), placement, placed);
+    const std::vector<aiMatrix4x4> placement = MeshPlacement::of(*scene);
 
     UvMesh mesh;
     bool anyVertices = false;

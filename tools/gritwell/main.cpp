@@ -389,6 +389,18 @@ void renderPicture(const Options& options) {
 // The largest map `bake --preview` holds whole (a gigabyte of floats).
 constexpr int kMaxPreviewedMap = 16384;
 
+// The view of `--preview`: its size, `--view` and the colours of the map.
+MeshPreview::View previewViewOf(const Options& options, const Colormap::Map& map) {
+    MeshPreview::View view;
+    view.size = options.previewSize;
+    if (!options.previewView.empty()) {
+        view.yawTurns = options.previewView[0];
+        view.pitchTurns = options.previewView[1];
+    }
+    view.map = map;
+    return view;
+}
+
 // Bakes the texture onto the mesh's UV layout (MapBaker), band by band on
 // every thread, and streams the map out.
 void bakeMap(const Options& options) {
@@ -461,14 +473,7 @@ void bakeMap(const Options& options) {
         image.commit();
         return;
     }
-    MeshPreview::View view;
-    view.size = options.previewSize;
-    if (!options.previewView.empty()) {
-        view.yawTurns = options.previewView[0];
-        view.pitchTurns = options.previewView[1];
-    }
-    view.map = map;
-    const std::vector<unsigned char> png = encodePng(BakedPreview::render(mesh, whole, n, view));
+    const std::vector<unsigned char> png = encodePng(BakedPreview::render(mesh, whole, n, previewViewOf(options, map)));
     if (std::fwrite(png.data(), 1, png.size(), preview->file()) != png.size())
         throw CliError("cannot write '" + options.preview + "': " + std::strerror(errno));
     AtomicOutput::commitAll({&image.finishRows(), &*preview});
@@ -505,14 +510,7 @@ void paintMesh(const Options& options) {
         throw CliError("cannot write '" + options.output + "': " + std::strerror(errno));
     std::vector<unsigned char> png;
     if (preview) {
-        MeshPreview::View view;
-        view.size = options.previewSize;
-        if (!options.previewView.empty()) {
-            view.yawTurns = options.previewView[0];
-            view.pitchTurns = options.previewView[1];
-        }
-        view.map = map;
-        png = encodePng(MeshPreview::render(mesh, values, view));
+        png = encodePng(MeshPreview::render(mesh, values, previewViewOf(options, map)));
         if (std::fwrite(png.data(), 1, png.size(), preview->file()) != png.size())
             throw CliError("cannot write '" + options.preview + "': " + std::strerror(errno));
     }
