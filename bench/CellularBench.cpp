@@ -24,6 +24,13 @@ static void BM_Worley(benchmark::State& state) {
 }
 BENCHMARK(BM_Worley);
 
+static void BM_WorleyF1(benchmark::State& state) {
+    benchOverPoints(state, [](const BenchPoint& p) {
+        return Worley::Get(p.x, p.y, p.z, Worley::First, Worley::Length);
+    });
+}
+BENCHMARK(BM_WorleyF1);
+
 static void BM_ARMan2D(benchmark::State& state) {
     benchOverPoints(state, [](const BenchPoint& p) {
         const float P[2] = {p.x, p.y};

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <type_traits>
+#include <utility>
 
 #include "core/FloatToInt.h"
 
@@ -180,19 +182,34 @@ Scaled scaledSample(const double* at) {
     return r;
 }
 
+// Neighbour I when its shared face, edge or corner is nearer than worst():
+// the bound summed over the axes in order, as constants, so that the 26
+// tests are straight code rather than a loop over the table.
+template <std::size_t I, class AddCube, class Worst>
+[[gnu::always_inline]] inline void searchNeighbour(const Scaled& p, AddCube& addCube, Worst& worst) {
+    constexpr const int* o = kNeighbours[I];
+    double bound = 0.0;
+    if constexpr (o[0] < 0) bound += p.near[0];
+    if constexpr (o[0] > 0) bound += p.far[0];
+    if constexpr (o[1] < 0) bound += p.near[1];
+    if constexpr (o[1] > 0) bound += p.far[1];
+    if constexpr (o[2] < 0) bound += p.near[2];
+    if constexpr (o[2] > 0) bound += p.far[2];
+    if (bound < worst()) addCube(p.cube[0] + o[0], p.cube[1] + o[1], p.cube[2] + o[2]);
+}
+
+template <class AddCube, class Worst, std::size_t... I>
+[[gnu::always_inline]] inline void searchNeighbours(const Scaled& p, AddCube& addCube, Worst& worst,
+                                                     std::index_sequence<I...>) {
+    (searchNeighbour<I>(p, addCube, worst), ...);
+}
+
 // The sample's cube, then each neighbour whose shared face, edge or corner
 // is nearer than worst() (the current worst of the kept features).
 template <class AddCube, class Worst>
 [[gnu::always_inline]] inline void searchCubes(const Scaled& p, AddCube addCube, Worst worst) {
     addCube(p.cube[0], p.cube[1], p.cube[2]);
-    for (const auto& o : kNeighbours) {
-        double bound = 0.0;
-        for (int a = 0; a < 3; ++a) {
-            if (o[a] < 0) bound += p.near[a];
-            if (o[a] > 0) bound += p.far[a];
-        }
-        if (bound < worst()) addCube(p.cube[0] + o[0], p.cube[1] + o[1], p.cube[2] + o[2]);
-    }
+    searchNeighbours(p, addCube, worst, std::make_index_sequence<std::size(kNeighbours)>{});
 }
 
 // ---- Distances only ---------------------------------------------------------
