@@ -179,18 +179,6 @@ GRITWELL_AVX512 inline __m512 centreLanes(__m512 v) {
                    _mm512_add_pd(_mm512_cvtepi32_pd(_mm512_extracti64x4_epi64(cell, 1)), half)});
 }
 
-// CellNoise::cellNoise(x, y, z), lane by lane.
-GRITWELL_AVX512 inline __m512 cellNoiseLanes(__m512 x, __m512 y, __m512 z) {
-    __m512i n = _mm512_add_epi32(_mm512_add_epi32(_mm512_mullo_epi32(cellIndex(y), _mm512_set1_epi32(1301)),
-                                                  _mm512_mullo_epi32(cellIndex(z), _mm512_set1_epi32(314159))),
-                                 cellIndex(x));
-    n = _mm512_xor_si512(n, _mm512_slli_epi32(n, 13));
-    const __m512i inner = _mm512_add_epi32(_mm512_mullo_epi32(_mm512_mullo_epi32(n, n), _mm512_set1_epi32(15731)),
-                                           _mm512_set1_epi32(789221));
-    const __m512i h = _mm512_add_epi32(_mm512_mullo_epi32(n, inner), _mm512_set1_epi32(1376312589));
-    return _mm512_div_ps(_mm512_cvtepu32_ps(h), _mm512_set1_ps(4294967296.0f));
-}
-
 // place(t, jitter, r), lane by lane.
 GRITWELL_AVX512 inline __m512 placeLanes(__m512 t, __m512d jitter, __m512 r) {
     const DoubleLanes th = widen(t), rh = widen(r);
@@ -212,9 +200,9 @@ GRITWELL_AVX512 void nearest16(const float* xs, const float* ys, const float* zs
             const __m512 ty = _mm512_add_ps(cy, _mm512_set1_ps(static_cast<float>(j)));
             for (int k = -1; k <= 1; ++k) {
                 const __m512 tz = _mm512_add_ps(cz, _mm512_set1_ps(static_cast<float>(k)));
-                const __m512 rx = cellNoiseLanes(tx, ty, tz);
-                const __m512 ry = cellNoiseLanes(ty, tz, tx);
-                const __m512 rz = cellNoiseLanes(tz, tx, ty);
+                const __m512 rx = CellNoise::cellNoise(tx, ty, tz);
+                const __m512 ry = CellNoise::cellNoise(ty, tz, tx);
+                const __m512 rz = CellNoise::cellNoise(tz, tx, ty);
                 const __m512 qx = placeLanes(tx, jitterLanes, rx);
                 const __m512 qy = placeLanes(ty, jitterLanes, ry);
                 const __m512 qz = placeLanes(tz, jitterLanes, rz);
@@ -248,8 +236,8 @@ GRITWELL_AVX512 void twoNearest16(const float* xs, const float* ys, float jitter
         const __m512 tx = _mm512_add_ps(cx, _mm512_set1_ps(static_cast<float>(i)));
         for (int j = -1; j <= 1; ++j) {
             const __m512 ty = _mm512_add_ps(cy, _mm512_set1_ps(static_cast<float>(j)));
-            const __m512 rx = cellNoiseLanes(tx, ty, zero);
-            const __m512 ry = cellNoiseLanes(_mm512_add_ps(tx, _mm512_set1_ps(23.0f)),
+            const __m512 rx = CellNoise::cellNoise(tx, ty, zero);
+            const __m512 ry = CellNoise::cellNoise(_mm512_add_ps(tx, _mm512_set1_ps(23.0f)),
                                              _mm512_sub_ps(ty, _mm512_set1_ps(87.0f)), zero);
             const __m512 qx = placeLanes(tx, jitterLanes, rx);
             const __m512 qy = placeLanes(ty, jitterLanes, ry);
@@ -280,25 +268,6 @@ GRITWELL_AVX2 inline __m256 centreLanes(__m256 v) {
     return narrow({_mm256_add_pd(cell.low, half), _mm256_add_pd(cell.high, half)});
 }
 
-// An unsigned lane to the nearest float, as cvtepu32 would: both 16-bit
-// halves convert exactly, and their sum is rounded once.
-GRITWELL_AVX2 inline __m256 unsignedToFloat(__m256i h) {
-    const __m256 high = _mm256_cvtepi32_ps(_mm256_srli_epi32(h, 16));
-    const __m256 low = _mm256_cvtepi32_ps(_mm256_and_si256(h, _mm256_set1_epi32(0xffff)));
-    return _mm256_add_ps(_mm256_mul_ps(high, _mm256_set1_ps(65536.0f)), low);
-}
-
-GRITWELL_AVX2 inline __m256 cellNoiseLanes(__m256 x, __m256 y, __m256 z) {
-    __m256i n = _mm256_add_epi32(_mm256_add_epi32(_mm256_mullo_epi32(cellIndex(y), _mm256_set1_epi32(1301)),
-                                                  _mm256_mullo_epi32(cellIndex(z), _mm256_set1_epi32(314159))),
-                                 cellIndex(x));
-    n = _mm256_xor_si256(n, _mm256_slli_epi32(n, 13));
-    const __m256i inner = _mm256_add_epi32(_mm256_mullo_epi32(_mm256_mullo_epi32(n, n), _mm256_set1_epi32(15731)),
-                                           _mm256_set1_epi32(789221));
-    const __m256i h = _mm256_add_epi32(_mm256_mullo_epi32(n, inner), _mm256_set1_epi32(1376312589));
-    return _mm256_div_ps(unsignedToFloat(h), _mm256_set1_ps(4294967296.0f));
-}
-
 GRITWELL_AVX2 inline __m256 placeLanes(__m256 t, __m256d jitter, __m256 r) {
     const DoubleLanes8 th = widen(t), rh = widen(r);
     const __m256d half = _mm256_set1_pd(0.5);
@@ -324,9 +293,9 @@ GRITWELL_AVX2 void nearest8(const float* xs, const float* ys, const float* zs, f
             const __m256 ty = _mm256_add_ps(cy, _mm256_set1_ps(static_cast<float>(j)));
             for (int k = -1; k <= 1; ++k) {
                 const __m256 tz = _mm256_add_ps(cz, _mm256_set1_ps(static_cast<float>(k)));
-                const __m256 rx = cellNoiseLanes(tx, ty, tz);
-                const __m256 ry = cellNoiseLanes(ty, tz, tx);
-                const __m256 rz = cellNoiseLanes(tz, tx, ty);
+                const __m256 rx = CellNoise::cellNoise(tx, ty, tz);
+                const __m256 ry = CellNoise::cellNoise(ty, tz, tx);
+                const __m256 rz = CellNoise::cellNoise(tz, tx, ty);
                 const __m256 qx = placeLanes(tx, jitterLanes, rx);
                 const __m256 qy = placeLanes(ty, jitterLanes, ry);
                 const __m256 qz = placeLanes(tz, jitterLanes, rz);
@@ -359,8 +328,8 @@ GRITWELL_AVX2 void twoNearest8(const float* xs, const float* ys, float jitter, f
         const __m256 tx = _mm256_add_ps(cx, _mm256_set1_ps(static_cast<float>(i)));
         for (int j = -1; j <= 1; ++j) {
             const __m256 ty = _mm256_add_ps(cy, _mm256_set1_ps(static_cast<float>(j)));
-            const __m256 rx = cellNoiseLanes(tx, ty, zero);
-            const __m256 ry = cellNoiseLanes(_mm256_add_ps(tx, _mm256_set1_ps(23.0f)),
+            const __m256 rx = CellNoise::cellNoise(tx, ty, zero);
+            const __m256 ry = CellNoise::cellNoise(_mm256_add_ps(tx, _mm256_set1_ps(23.0f)),
                                              _mm256_sub_ps(ty, _mm256_set1_ps(87.0f)), zero);
             const __m256 qx = placeLanes(tx, jitterLanes, rx);
             const __m256 qy = placeLanes(ty, jitterLanes, ry);
@@ -412,9 +381,9 @@ GRITWELL_AVX2 void nearestAcrossCells(const float* P, float jitter, float& f1, f
     const __m256 px = _mm256_set1_ps(P[0]), py = _mm256_set1_ps(P[1]), pz = _mm256_set1_ps(P[2]);
     for (int g = 0; g < kCellSlots; g += 8) {
         const __m256 tx = _mm256_load_ps(t[0] + g), ty = _mm256_load_ps(t[1] + g), tz = _mm256_load_ps(t[2] + g);
-        const __m256 qx = placeLanes(tx, jitterLanes, cellNoiseLanes(tx, ty, tz));
-        const __m256 qy = placeLanes(ty, jitterLanes, cellNoiseLanes(ty, tz, tx));
-        const __m256 qz = placeLanes(tz, jitterLanes, cellNoiseLanes(tz, tx, ty));
+        const __m256 qx = placeLanes(tx, jitterLanes, CellNoise::cellNoise(tx, ty, tz));
+        const __m256 qy = placeLanes(ty, jitterLanes, CellNoise::cellNoise(ty, tz, tx));
+        const __m256 qz = placeLanes(tz, jitterLanes, CellNoise::cellNoise(tz, tx, ty));
         const __m256 dx = _mm256_sub_ps(px, qx), dy = _mm256_sub_ps(py, qy), dz = _mm256_sub_ps(pz, qz);
         _mm256_store_ps(d + g,
                         _mm256_add_ps(_mm256_add_ps(_mm256_mul_ps(dx, dx), _mm256_mul_ps(dy, dy)), _mm256_mul_ps(dz, dz)));
@@ -449,8 +418,8 @@ GRITWELL_AVX2 void twoNearestAcrossCells(const float* P, float jitter, float& f1
     const __m256d jitterLanes = _mm256_set1_pd(static_cast<double>(jitter));
     const __m256 px = _mm256_set1_ps(P[0]), py = _mm256_set1_ps(P[1]), zero = _mm256_setzero_ps();
     const __m256 tx = _mm256_loadu_ps(t[0]), ty = _mm256_loadu_ps(t[1]);
-    const __m256 rx = cellNoiseLanes(tx, ty, zero);
-    const __m256 ry = cellNoiseLanes(_mm256_add_ps(tx, _mm256_set1_ps(23.0f)),
+    const __m256 rx = CellNoise::cellNoise(tx, ty, zero);
+    const __m256 ry = CellNoise::cellNoise(_mm256_add_ps(tx, _mm256_set1_ps(23.0f)),
                                      _mm256_sub_ps(ty, _mm256_set1_ps(87.0f)), zero);
     const __m256 qx = placeLanes(tx, jitterLanes, rx), qy = placeLanes(ty, jitterLanes, ry);
     const __m256 dx = _mm256_sub_ps(px, qx), dy = _mm256_sub_ps(py, qy);

@@ -75,4 +75,24 @@ GRITWELL_AVX2 inline __m256 cellNoise(__m256 x, __m256 y, __m256 z) {
     return detail::unitFromUnsigned(detail::hash(_mm256_add_epi32(yz, cellIndex(x))));
 }
 
+// ---- Sixteen lanes (AVX-512): the same steps, lane by lane -------------------
+
+namespace detail {
+GRITWELL_AVX512 inline __m512i hash(__m512i n) {
+    n = _mm512_xor_si512(n, _mm512_slli_epi32(n, 13));
+    const __m512i inner = _mm512_add_epi32(_mm512_mullo_epi32(_mm512_mullo_epi32(n, n), _mm512_set1_epi32(15731)),
+                                           _mm512_set1_epi32(789221));
+    return _mm512_add_epi32(_mm512_mullo_epi32(n, inner), _mm512_set1_epi32(1376312589));
+}
+GRITWELL_AVX512 inline __m512 unitFromUnsigned(__m512i h) {
+    return _mm512_div_ps(_mm512_cvtepu32_ps(h), _mm512_set1_ps(4294967296.0f));
+}
+}  // namespace detail
+
+GRITWELL_AVX512 inline __m512 cellNoise(__m512 x, __m512 y, __m512 z) {
+    const __m512i yz = _mm512_add_epi32(_mm512_mullo_epi32(cellIndex(y), _mm512_set1_epi32(1301)),
+                                        _mm512_mullo_epi32(cellIndex(z), _mm512_set1_epi32(314159)));
+    return detail::unitFromUnsigned(detail::hash(_mm512_add_epi32(yz, cellIndex(x))));
+}
+
 }  // namespace gritwell::CellNoise
