@@ -237,7 +237,8 @@ GRITWELL_AVX512 inline void cornerHashes(const ByteTableLanes& perm, __m512i ix,
 // The lane forms of Perlin::grad, whose scalar definitions (all four
 // dimensions) are in Perlin.cpp. In 3-D: u = x for bit 3 clear, else y;
 // v = y for h < 4, x for h 12 and 14, else z; each negated by bits 0 and 1.
-// In 2-D: u = x for bit 2 clear, else y; v the other, doubled.
+// In 2-D: u = x for bit 2 clear, else y; v the other, doubled. In 1-D:
+// (1 + (h & 7)) x, negated where bit 3 of h is set.
 
 // Four lanes, h in 0..15.
 inline __m128 gradient(__m128i h, __m128 x, __m128 y, __m128 z) {
@@ -279,6 +280,13 @@ GRITWELL_AVX2 inline __m256 gradient(__m256i h, __m256 x, __m256 y) {
     const __m256 signU = _mm256_castsi256_ps(_mm256_slli_epi32(h, 31));
     const __m256 signV = _mm256_castsi256_ps(_mm256_slli_epi32(_mm256_srli_epi32(h, 1), 31));
     return _mm256_add_ps(_mm256_xor_ps(u, signU), _mm256_xor_ps(v, signV));
+}
+
+// Eight lanes in 1-D; only the low four bits of h are read.
+GRITWELL_AVX2 inline __m256 gradient(__m256i h, __m256 x) {
+    const __m256 g = _mm256_add_ps(_mm256_set1_ps(1.0f), _mm256_cvtepi32_ps(_mm256_and_si256(h, _mm256_set1_epi32(7))));
+    const __m256 sign = _mm256_castsi256_ps(_mm256_slli_epi32(_mm256_srli_epi32(h, 3), 31));
+    return _mm256_mul_ps(_mm256_xor_ps(g, sign), x);
 }
 
 // Sixteen lanes; only the low four bits of h are read.

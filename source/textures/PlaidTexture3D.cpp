@@ -58,20 +58,13 @@ namespace {
 
 using DoubleLanes = DoubleLanes8;
 
-// Perlin's 1-D gradient: (1 + (h & 7)) x, negated where bit 3 of h is set.
-GRITWELL_AVX2 inline __m256 gradient1(__m256i h, __m256 x) {
-    const __m256 g = _mm256_add_ps(_mm256_set1_ps(1.0f), _mm256_cvtepi32_ps(_mm256_and_si256(h, _mm256_set1_epi32(7))));
-    const __m256 sign = _mm256_castsi256_ps(_mm256_slli_epi32(_mm256_srli_epi32(h, 3), 31));
-    return _mm256_mul_ps(_mm256_xor_ps(g, sign), x);
-}
-
 // Perlin::noise(x), lane by lane.
 GRITWELL_AVX2 inline __m256 noise1(__m256 x) {
     using namespace lattice;
     const AxisLanes8 ax = axis(x);
     const PermPair8 h = permPair(ax.i);
     return _mm256_mul_ps(_mm256_set1_ps(kScale1),
-                         interp(fade(ax.f0), gradient1(h.near, ax.f0), gradient1(h.far, ax.f1)));
+                         interp(fade(ax.f0), gradient(h.near, ax.f0), gradient(h.far, ax.f1)));
 }
 
 // f(low half) and f(high half) of eight doubles.
