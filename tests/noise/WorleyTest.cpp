@@ -136,6 +136,43 @@ TEST(Worley, MinkowskiHalfReturnsTheFourthPowerOfTheRootSum) {
     }
 }
 
+TEST(Worley, PrunedCubesHoldNothingNearerThanWhatTheSearchKeeps) {
+    // For measures never below the squared Euclidean length, a neighbour
+    // cube skipped for its shared face, edge or corner holds no nearer
+    // feature: the search must find what all 27 cubes give.
+    struct Case {
+        Worley::DistanceMethod method;
+        long order;
+    };
+    const Case cases[] = {
+        {Worley::Length, 1},    {Worley::Length, 2},    {Worley::Length, 4},
+        {Worley::Manhattan, 1}, {Worley::Manhattan, 3}, {Worley::LargestPlusRadial, 2},
+    };
+    std::mt19937 rng(29);
+    std::uniform_real_distribution<double> coord(-30.0, 30.0);
+    for (int n = 0; n < 300; ++n) {
+        const double x = coord(rng), y = coord(rng), z = coord(rng);
+        const double s[3] = {0.398150 * x, 0.398150 * y, 0.398150 * z};
+        for (const Case& c : cases) {
+            double all[4] = {999999.9, 999999.9, 999999.9, 999999.9};
+            double delta[4][3];
+            unsigned long ID[4];
+            for (long i = -1; i <= 1; ++i)
+                for (long j = -1; j <= 1; ++j)
+                    for (long k = -1; k <= 1; ++k)
+                        Worley::AddSamples(long(std::floor(s[0])) + i, long(std::floor(s[1])) + j,
+                                           long(std::floor(s[2])) + k, c.order, s, all, delta, ID, c.method);
+            const Result pruned = search(x, y, z, c.method, c.order);
+            for (long r = 0; r < c.order; ++r)
+                EXPECT_EQ(pruned.F[r], std::sqrt(all[r]) * kScale)
+                    << "method " << c.method << " order " << c.order << " F" << r + 1 << " at " << x << ", " << y
+                    << ", " << z;
+            EXPECT_EQ(Worley::Get(x, y, z, Worley::First, c.method), std::sqrt(all[0]) * kScale)
+                << "method " << c.method;
+        }
+    }
+}
+
 TEST(Worley, GetCombinesWithoutFurtherScaling) {
     std::mt19937 rng(13);
     std::uniform_real_distribution<double> coord(-20.0, 20.0);
