@@ -227,7 +227,19 @@ void nearestMeasures(const Scaled& p, long order, double* F) {
         p,
         [&](long xi, long yi, long zi) {
             forEachFeature(xi, yi, zi, p.s, [&](std::uint32_t, double dx, double dy, double dz) {
-                const double d2 = measureAs<M>(dx, dy, dz);
+                double d2 = measureAs<M>(dx, dy, dz);
+                if constexpr (Order == 1 || Order == 2) {
+                    // One or two places: each a select, not a branch on
+                    // every feature. The values are the insert's below, an
+                    // equal measure going after; a NaN moves nothing.
+                    for (long i = 0; i < Order; ++i) {
+                        const bool before = d2 < F[i];
+                        const double kept = before ? d2 : F[i];
+                        d2 = before ? F[i] : d2;
+                        F[i] = kept;
+                    }
+                    return;
+                }
                 if (!(d2 < F[n - 1])) return;
                 long index = n - 1;
                 while (index > 0 && d2 < F[index - 1]) {
