@@ -18,10 +18,14 @@
 namespace gritwell::CellNoise {
 
 namespace detail {
+// The hash's and the cell number's constants, shared by every lane width.
+constexpr std::uint32_t kHashShift = 13, kHashSquare = 15731u, kHashLinear = 789221u, kHashOffset = 1376312589u;
+constexpr std::uint32_t kRowStride = 1301u, kLayerStride = 314159u;  // cell number = x + 1301 y + 314159 z
+
 // The integer hash of a cell number, on 32-bit words with wrap-around.
 inline std::uint32_t hash(std::uint32_t n) {
-    n ^= n << 13;
-    return n * (n * n * 15731u + 789221u) + 1376312589u;
+    n ^= n << kHashShift;
+    return n * (n * n * kHashSquare + kHashLinear) + kHashOffset;
 }
 // The 1-D and the 2-/3-D scalings differ on purpose; records depend on both.
 inline float unitFromSigned(std::uint32_t h) { return static_cast<float>((h & 0x7fffffffu) / 2147483647.0); }
@@ -33,21 +37,21 @@ inline std::uint32_t cell(float v) { return static_cast<std::uint32_t>(cellIndex
 inline float cellNoise(float x) { return detail::unitFromSigned(detail::hash(detail::cell(x))); }
 // In [0, 1]: h as unsigned / 2^32 in float; 1.0 where h rounds up to 2^32.
 inline float cellNoise(float x, float y) {
-    return detail::unitFromUnsigned(detail::hash(detail::cell(y) * 1301u + detail::cell(x)));
+    return detail::unitFromUnsigned(detail::hash(detail::cell(y) * detail::kRowStride + detail::cell(x)));
 }
 inline float cellNoise(float x, float y, float z) {
     return detail::unitFromUnsigned(
-        detail::hash(detail::cell(y) * 1301u + detail::cell(z) * 314159u + detail::cell(x)));
+        detail::hash(detail::cell(y) * detail::kRowStride + detail::cell(z) * detail::kLayerStride + detail::cell(x)));
 }
 
 // ---- Eight lanes (AVX2): the same steps, lane by lane ------------------------
 
 namespace detail {
 GRITWELL_AVX2 inline __m256i hash(__m256i n) {
-    n = _mm256_xor_si256(n, _mm256_slli_epi32(n, 13));
-    const __m256i inner = _mm256_add_epi32(_mm256_mullo_epi32(_mm256_mullo_epi32(n, n), _mm256_set1_epi32(15731)),
-                                           _mm256_set1_epi32(789221));
-    return _mm256_add_epi32(_mm256_mullo_epi32(n, inner), _mm256_set1_epi32(1376312589));
+    n = _mm256_xor_si256(n, _mm256_slli_epi32(n, kHashShift));
+    const __m256i inner = _mm256_add_epi32(_mm256_mullo_epi32(_mm256_mullo_epi32(n, n), _mm256_set1_epi32(kHashSquare)),
+                                           _mm256_set1_epi32(kHashLinear));
+    return _mm256_add_epi32(_mm256_mullo_epi32(n, inner), _mm256_set1_epi32(kHashOffset));
 }
 // AVX2 has no unsigned-to-float conversion: both 16-bit halves convert
 // exactly and their sum rounds once, to the float the scalar cast gives.
@@ -67,11 +71,11 @@ GRITWELL_AVX2 inline __m256 unitFromSigned(__m256i h) {
 GRITWELL_AVX2 inline __m256 cellNoise(__m256 x) { return detail::unitFromSigned(detail::hash(cellIndex(x))); }
 GRITWELL_AVX2 inline __m256 cellNoise(__m256 x, __m256 y) {
     return detail::unitFromUnsigned(
-        detail::hash(_mm256_add_epi32(_mm256_mullo_epi32(cellIndex(y), _mm256_set1_epi32(1301)), cellIndex(x))));
+        detail::hash(_mm256_add_epi32(_mm256_mullo_epi32(cellIndex(y), _mm256_set1_epi32(detail::kRowStride)), cellIndex(x))));
 }
 GRITWELL_AVX2 inline __m256 cellNoise(__m256 x, __m256 y, __m256 z) {
-    const __m256i yz = _mm256_add_epi32(_mm256_mullo_epi32(cellIndex(y), _mm256_set1_epi32(1301)),
-                                        _mm256_mullo_epi32(cellIndex(z), _mm256_set1_epi32(314159)));
+    const __m256i yz = _mm256_add_epi32(_mm256_mullo_epi32(cellIndex(y), _mm256_set1_epi32(detail::kRowStride)),
+                                        _mm256_mullo_epi32(cellIndex(z), _mm256_set1_epi32(detail::kLayerStride)));
     return detail::unitFromUnsigned(detail::hash(_mm256_add_epi32(yz, cellIndex(x))));
 }
 
@@ -79,10 +83,10 @@ GRITWELL_AVX2 inline __m256 cellNoise(__m256 x, __m256 y, __m256 z) {
 
 namespace detail {
 GRITWELL_AVX512 inline __m512i hash(__m512i n) {
-    n = _mm512_xor_si512(n, _mm512_slli_epi32(n, 13));
-    const __m512i inner = _mm512_add_epi32(_mm512_mullo_epi32(_mm512_mullo_epi32(n, n), _mm512_set1_epi32(15731)),
-                                           _mm512_set1_epi32(789221));
-    return _mm512_add_epi32(_mm512_mullo_epi32(n, inner), _mm512_set1_epi32(1376312589));
+    n = _mm512_xor_si512(n, _mm512_slli_epi32(n, kHashShift));
+    const __m512i inner = _mm512_add_epi32(_mm512_mullo_epi32(_mm512_mullo_epi32(n, n), _mm512_set1_epi32(kHashSquare)),
+                                           _mm512_set1_epi32(kHashLinear));
+    return _mm512_add_epi32(_mm512_mullo_epi32(n, inner), _mm512_set1_epi32(kHashOffset));
 }
 GRITWELL_AVX512 inline __m512 unitFromUnsigned(__m512i h) {
     return _mm512_div_ps(_mm512_cvtepu32_ps(h), _mm512_set1_ps(4294967296.0f));
@@ -90,8 +94,8 @@ GRITWELL_AVX512 inline __m512 unitFromUnsigned(__m512i h) {
 }  // namespace detail
 
 GRITWELL_AVX512 inline __m512 cellNoise(__m512 x, __m512 y, __m512 z) {
-    const __m512i yz = _mm512_add_epi32(_mm512_mullo_epi32(cellIndex(y), _mm512_set1_epi32(1301)),
-                                        _mm512_mullo_epi32(cellIndex(z), _mm512_set1_epi32(314159)));
+    const __m512i yz = _mm512_add_epi32(_mm512_mullo_epi32(cellIndex(y), _mm512_set1_epi32(detail::kRowStride)),
+                                        _mm512_mullo_epi32(cellIndex(z), _mm512_set1_epi32(detail::kLayerStride)));
     return detail::unitFromUnsigned(detail::hash(_mm512_add_epi32(yz, cellIndex(x))));
 }
 
