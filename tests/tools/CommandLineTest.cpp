@@ -870,8 +870,10 @@ TEST_F(CommandLine, BakedTexelsAreTheValuesAtTheirPointsOfTheSurface) {
 TEST_F(CommandLine, BakeRefusesWhatItCannotBakeAndLeavesNothingBehind) {
     std::ofstream(path("square.obj")) << kSquareObj;
     std::ofstream(path("plain.obj")) << "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n";
+    std::ofstream(path("badvt.obj")) << "v 0 0 0\nv 1 0 0\nv 0 1 0\nvt 0 0\nvt 1 0\nf 1/1 2/2 3/9\n";
     const std::pair<std::string, std::string> cases[] = {
         {"bake plain.obj Brick -o m.png", "'plain.obj' has no texture coordinates: bake lays the texture out"},
+        {"bake badvt.obj Brick -o m.png", "'badvt.obj' has texture coordinates (vt lines) that none of its faces"},
         {"bake square.obj Brick --size 0 -o m.png", "--size must be 1 to 65536"},
         {"bake square.obj Brick --size 65537 -o m.exr", "--size must be 1 to 65536"},
         {"bake square.obj Brick --padding -1 -o m.png", "--padding must be 0 to 65536"},

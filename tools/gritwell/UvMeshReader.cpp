@@ -20,6 +20,19 @@ namespace {
 
 constexpr const char* kExtensions[] = {".obj", ".ply", ".off", ".stl", ".gltf", ".glb"};
 
+// Whether an OBJ file has a `vt` line. The importer drops every texture
+// coordinate of a mesh when one face names a vt the file does not hold, and
+// such a mesh would otherwise be reported as never unwrapped.
+bool objListsTextureCoordinates(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::string line;
+    while (std::getline(in, line)) {
+        const std::size_t start = line.find_first_not_of(" \t");
+        if (start != std::string::npos && line.compare(start, 3, "vt ") == 0) return true;
+    }
+    return false;
+}
+
 }  // namespace
 
 UvMesh read(const std::string& path) {
@@ -74,6 +87,9 @@ UvMesh read(const std::string& path) {
     }
     if (!anyVertices) throw CliError("'" + path + "' has no vertices to bake");
     if (mesh.triangles.empty()) {
+        if (mesh.facesWithoutUvs > 0 && extension == ".obj" && objListsTextureCoordinates(path))
+            throw CliError("'" + path + "' has texture coordinates (vt lines) that none of its faces could use: "
+                           "a face names a texture coordinate the file does not hold, so every one was dropped");
         if (mesh.facesWithoutUvs > 0)
             throw CliError("'" + path + "' has no texture coordinates: bake lays the texture out on the mesh's UV "
                            "map, so the mesh needs one (unwrap it in a modelling program first)");
