@@ -163,7 +163,8 @@ float latticeFractalSum(const std::array<float, N>& position, float octaves, flo
         }
     };
     const Octaves steps{N == 2, octaves, lacunarity, gain, add};
-    if (!octaveLanesPay(steps)) return fractalSum<N>(position, octaves, lacunarity, gain, latticeNoise<N>, add, amplitude);
+    if (!octaveLanesPay(steps))
+        return fractalSum<N>(position, octaves, lacunarity, gain, latticeNoise<N>, add, amplitude);
     const float z = N == 3 ? position[N - 1] : 0.0f;
     return octaveLaneSum(steps, {position[0], position[1], z, amplitude});
 }

@@ -1,14 +1,14 @@
 #pragma once
 // One point's octave loop over the lattice gradient noise, its octaves'
 // samples taken as lanes. Where an octave samples at a place its loop state
-// alone decides (position times lacunarity, frequency times two), never one
+// alone decides (position times lacunarity, frequency times its step), never one
 // an earlier sample moved, the samples of a run of octaves are independent:
 // one step of the batch kernels takes them all, and the fold then runs in
 // octave order with the loop's own steps and stop rule.
 //
-// A step costs about as much as six single-point samples
-// (PerlinBatch::fewestForAStep), so a sum takes this path only when it runs
-// at least that many octaves (octaveLanesPay) and keeps its plain loop
+// A step costs about as much as six single-point samples, so a sum takes
+// this path only when it runs more octaves than that
+// (PerlinBatch::fewestForAStep, octaveLanesPay) and keeps its plain loop
 // otherwise.
 //
 // A sum names its octaves in a type with:

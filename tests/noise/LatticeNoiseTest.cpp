@@ -591,9 +591,9 @@ TEST(FractalSum, OctaveLanesGiveTheScalarLoopsBitsAtEveryLevel) {
             const std::array<float, 6> got = sums(c);
             for (std::size_t k = 0; k < got.size(); ++k)
                 EXPECT_EQ(bits(got[k]), bits(expected[k]))
-                    << simdLevelName(level) << ", sum " << k << " (fBM, fBM 2-D, turbulence, turbulence 2-D, Get, Get 2-D) at ("
-                    << c.x << ", " << c.y << ", " << c.z << "), " << c.octaves << " octaves, lacunarity " << c.lacunarity
-                    << ", gain " << c.gain;
+                    << simdLevelName(level) << ", sum " << k
+                    << " (fBM, fBM 2-D, turbulence, turbulence 2-D, Get, Get 2-D) at (" << c.x << ", " << c.y << ", "
+                    << c.z << "), " << c.octaves << " octaves, lacunarity " << c.lacunarity << ", gain " << c.gain;
         }
     }
     setSimdLevel(before);
