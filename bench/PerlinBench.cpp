@@ -58,6 +58,15 @@ static void BM_PerlinGet3D(benchmark::State& state) {
 }
 BENCHMARK(BM_PerlinGet3D);
 
+// One point's sum by octave count: below seven octaves the plain loop, from
+// seven on the octaves as lanes of one batch-kernel step.
+static void BM_PerlinGet3DOctaves(benchmark::State& state) {
+    const int octaves = static_cast<int>(state.range(0));
+    benchOverPoints(state,
+                    [octaves](const BenchPoint& p) { return Perlin::Get(p.x, p.y, p.z, octaves, 1.0f, 1.0f); });
+}
+BENCHMARK(BM_PerlinGet3DOctaves)->Arg(6)->Arg(7)->Arg(8)->Arg(12)->Arg(16);
+
 // A filter width inside the fade, so both the noise and the ramp are paid for.
 static void BM_PerlinFilteredNoise2D(benchmark::State& state) {
     benchOverPoints(state, [](const BenchPoint& p) { return Perlin::fnoise2D(p.x, p.y, 2.0f); });

@@ -12,15 +12,15 @@ float FBM::fBM(float x, float octaves, float lacunarity, float gain) {
 }
 
 float FBM::fBM(float x, float y, float octaves, float lacunarity, float gain) {
-    return fractalSum<2>({x, y}, octaves, lacunarity, gain, latticeNoise<2>, addWeighted);
+    return latticeFractalSum<2>({x, y}, octaves, lacunarity, gain, addWeighted);
 }
 
 float FBM::fBM(const float* p, float octaves, float lacunarity, float gain) {
-    return fractalSum<3>({p[0], p[1], p[2]}, octaves, lacunarity, gain, latticeNoise<3>, addWeighted);
+    return latticeFractalSum<3>({p[0], p[1], p[2]}, octaves, lacunarity, gain, addWeighted);
 }
 
 float FBM::fBM(const Vec3& p, float octaves, float lacunarity, float gain) {
-    return fractalSum<3>({p.x, p.y, p.z}, octaves, lacunarity, gain, latticeNoise<3>, addWeighted);
+    return latticeFractalSum<3>({p.x, p.y, p.z}, octaves, lacunarity, gain, addWeighted);
 }
 
 void FBM::fBM(float* x, float* y, float* z, int n, float octaves, float lacunarity, float gain, float* out) {

@@ -6,6 +6,8 @@
 #include <array>
 #include <cstring>
 
+#include "core/SameBits.h"
+#include "noise/OctaveLanes.h"
 #include "noise/Perlin.h"
 #include "noise/PerlinBatch.h"
 
@@ -123,6 +125,48 @@ float latticeNoise(const std::array<float, N>& p) {
     if constexpr (N == 1) return Perlin::noise(p[0]);
     else if constexpr (N == 2) return Perlin::noise(p[0], p[1]);
     else return Perlin::noise(p[0], p[1], p[2]);
+}
+
+// fractalSum<N> over latticeNoise<N> in two or three dimensions, bit for bit;
+// a sum of enough octaves takes their samples as lanes (octaveLaneSum): an
+// octave's position is the previous one's times the lacunarity whatever it
+// sampled.
+template <std::size_t N, class Add>
+float latticeFractalSum(const std::array<float, N>& position, float octaves, float lacunarity, float gain, Add add,
+                        float amplitude = 1.0f) {
+    static_assert(N == 2 || N == 3, "the lanes run the 2-D and 3-D noise");
+    // The state as plain floats, so the chain of positions stays in registers.
+    struct Octaves {
+        struct State {
+            float x, y, z, amplitude;
+        };
+        bool planar;
+        float count, lacunarity, gain;
+        Add fold;
+        bool more(int i) const { return i < kMaxOctaves && static_cast<float>(i) < count; }
+        static void place(const State& s, float& x, float& y, float& z) {
+            x = s.x;
+            y = s.y;
+            z = s.z;
+        }
+        State next(State s) const {
+            s.amplitude *= gain;
+            s.x *= lacunarity;
+            s.y *= lacunarity;
+            if constexpr (N == 3) s.z *= lacunarity;
+            return s;
+        }
+        float add(float sum, float sample, const State& s) const { return fold(sum, sample, s.amplitude); }
+        static bool same(const State& a, const State& b) {
+            return sameBits(a.amplitude, b.amplitude) && sameBits(a.x, b.x) && sameBits(a.y, b.y) &&
+                   sameBits(a.z, b.z);
+        }
+    };
+    const Octaves steps{N == 2, octaves, lacunarity, gain, add};
+    if (!octaveLanesPay(steps))
+        return fractalSum<N>(position, octaves, lacunarity, gain, latticeNoise<N>, add, amplitude);
+    const float z = N == 3 ? position[N - 1] : 0.0f;
+    return octaveLaneSum(steps, {position[0], position[1], z, amplitude});
 }
 
 }  // namespace gritwell

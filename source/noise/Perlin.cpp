@@ -753,13 +753,13 @@ float Perlin::snoise(float x, float y, float z, float w) {
 // changing too, so the loop ends long before its cap of kMaxOctaves: a
 // damaged record's huge octave count ends with the bits the full loop gives.
 float Perlin::Get(float x, float y, int octaveCount, float freq, float amp) {
-    return fractalSum<2>({x * freq, y * freq}, static_cast<float>(octaveCount), kGetLacunarity, kGetGain,
-                         latticeNoise<2>, addWeighted, amp);
+    return latticeFractalSum<2>({x * freq, y * freq}, static_cast<float>(octaveCount), kGetLacunarity, kGetGain,
+                                addWeighted, amp);
 }
 
 float Perlin::Get(float x, float y, float z, int octaveCount, float freq, float amp) {
-    return fractalSum<3>({x * freq, y * freq, z * freq}, static_cast<float>(octaveCount), kGetLacunarity, kGetGain,
-                         latticeNoise<3>, addWeighted, amp);
+    return latticeFractalSum<3>({x * freq, y * freq, z * freq}, static_cast<float>(octaveCount), kGetLacunarity,
+                                kGetGain, addWeighted, amp);
 }
 
 float Perlin::fnoise2D(float x, float y, float fw) { return fadeOut(noise(x, y), fw); }

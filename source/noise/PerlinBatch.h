@@ -10,6 +10,18 @@ namespace gritwell {
 
 class PerlinBatch {
 public:
+    // The points one step of the kernels on `level` takes: 16 on AVX-512, 8
+    // on AVX2, 1 on the scalar loop. A handful of points padded to this many
+    // costs one step; fewer leave the kernels to their scalar tail.
+    static constexpr int kMaxLanes = 16;
+    static constexpr int lanes(SimdLevel level) {
+        return level == SimdLevel::kAvx512 ? 16 : level == SimdLevel::kAvx2 ? 8 : 1;
+    }
+    // The fewest points for which that one step costs less than the points
+    // one at a time (Perlin::noise): a step of either kernel measured about
+    // six single points.
+    static constexpr int fewestForAStep(SimdLevel level) { return level == SimdLevel::kScalar ? 1 : 7; }
+
     // out[i] = Perlin::noise(x[i], y[i], z[i]) for 0 <= i < n; out may be x, y or z.
     static void noise(const float* x, const float* y, const float* z, int n, float* out);
     // The same on a chosen level (lowered to what this processor runs).

@@ -21,15 +21,15 @@ float turbulence(float x, float octaves, float lacunarity, float gain) {
 }
 
 float turbulence(float x, float y, float octaves, float lacunarity, float gain) {
-    return fractalSum<2>({x, y}, octaves, lacunarity, gain, latticeNoise<2>, addAbsolute);
+    return latticeFractalSum<2>({x, y}, octaves, lacunarity, gain, addAbsolute);
 }
 
 float turbulence(const float* p, float octaves, float lacunarity, float gain) {
-    return fractalSum<3>({p[0], p[1], p[2]}, octaves, lacunarity, gain, latticeNoise<3>, addAbsolute);
+    return latticeFractalSum<3>({p[0], p[1], p[2]}, octaves, lacunarity, gain, addAbsolute);
 }
 
 float turbulence(const Vec3& p, float octaves, float lacunarity, float gain) {
-    return fractalSum<3>({p.x, p.y, p.z}, octaves, lacunarity, gain, latticeNoise<3>, addAbsolute);
+    return latticeFractalSum<3>({p.x, p.y, p.z}, octaves, lacunarity, gain, addAbsolute);
 }
 
 void turbulence(float* x, float* y, float* z, int n, float octaves, float lacunarity, float gain, float* out) {

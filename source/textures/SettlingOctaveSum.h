@@ -15,14 +15,35 @@
 #include <cstdint>
 
 #include "core/SameBits.h"
+#include "noise/OctaveLanes.h"
 #include "noise/Perlin.h"
 #include "noise/PerlinBatch.h"
 
 namespace gritwell {
 
+// The octaves of one point for octaveLaneSum: the frequency is the state.
+template <class Steps>
+struct SettlingOctaves {
+    using State = float;
+    bool planar;
+    std::int32_t count;
+    float x, y, z;
+    bool more(int i) const { return i < count; }
+    void place(float f, float& sx, float& sy, float& sz) const {
+        sx = Steps::at(x, f);
+        sy = Steps::at(y, f);
+        sz = Steps::at(z, f);
+    }
+    static float next(float f) { return Steps::next(f); }
+    static float add(float sum, float n, float f) { return Steps::add(sum, n, f); }
+    static bool same(float a, float b) { return sameBits(a, b); }
+};
+
 // The sum at one point; the plane samples the 2-D noise of x and y.
 template <class Steps>
 float settlingOctaveSum(std::int32_t octaves, float f, bool planar, float x, float y, float z) {
+    const SettlingOctaves<Steps> lanes{planar, octaves, x, y, z};
+    if (octaveLanesPay(lanes)) return octaveLaneSum(lanes, f);
     float sum = 0.0f;
     for (std::int32_t i = 0; i < octaves; ++i) {
         const float sx = Steps::at(x, f);

@@ -2,6 +2,7 @@
 // instance layer, the batch kernels at every instruction-set level against
 // the definition, and the octave sums built on it.
 
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -14,6 +15,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/FloatToInt.h"
 #include "core/SimdLevel.h"
 #include "noise/FBM.h"
 #include "noise/FractalSum.h"
@@ -548,4 +550,51 @@ TEST(FractalSum, SumsThatNeverSettleStopAtTheOctaveLimit) {
     EXPECT_EQ(Turbulence::turbulence(p, 1e30f, 1.0f, 0.99999994f),
               Turbulence::turbulence(p, limit, 1.0f, 0.99999994f));
     EXPECT_NE(FBM::fBM(p, limit, -1.0f, 1.0f), FBM::fBM(p, limit - 1.0f, -1.0f, 1.0f));
+}
+
+// One point's sums take a run of octaves as lanes of the batch kernels where
+// enough octaves run; the scalar level keeps the plain loop. Every level must
+// give its bits, wherever the loop stops: at the count, across several steps
+// of lanes, where the sum settles mid-step, at the octave limit (a
+// lacunarity of -1 or a gain of 1 never settles), and on NaN, infinite and
+// huge points.
+TEST(FractalSum, OctaveLanesGiveTheScalarLoopsBitsAtEveryLevel) {
+    struct Case {
+        float x, y, z, octaves, lacunarity, gain;
+    };
+    const float nan = std::numeric_limits<float>::quiet_NaN(), inf = std::numeric_limits<float>::infinity();
+    const Case cases[] = {
+        {0.37f, -1.25f, 2.5f, 4.0f, 2.0f, 0.5f},      {0.37f, -1.25f, 2.5f, 7.0f, 2.0f, 0.5f},
+        {-3.1f, 0.2f, 9.7f, 12.5f, 2.17f, 0.6f},     {5.5f, -2.0f, 0.0f, 17.0f, 1.9f, 0.5f},
+        {0.37f, -1.25f, 2.5f, 1e9f, 2.0f, 0.5f},      {0.37f, -1.25f, 2.5f, 2147483648.0f, -1.0f, 1.0f},
+        {0.37f, -1.25f, 2.5f, inf, 0.5f, 0.5f},       {1e-30f, 0.41f, -1e-30f, 40.0f, 3.0f, 1.0f},
+        {nan, 0.5f, 1.5f, 9.0f, 2.0f, 0.5f},          {0.5f, inf, -inf, 9.0f, 2.0f, 0.5f},
+        {3e9f, -1e30f, 16777216.0f, 30.0f, 2.0f, 0.5f}, {0.3f, 0.6f, 0.9f, 20.0f, nan, 0.5f},
+        {0.3f, 0.6f, 0.9f, 20.0f, 2.0f, inf},          {0.3f, 0.6f, 0.9f, nan, 2.0f, 0.5f},
+    };
+    const auto sums = [](const Case& c) {
+        const Vec3 p(c.x, c.y, c.z);
+        return std::array<float, 6>{FBM::fBM(p, c.octaves, c.lacunarity, c.gain),
+                                    FBM::fBM(c.x, c.y, c.octaves, c.lacunarity, c.gain),
+                                    Turbulence::turbulence(p, c.octaves, c.lacunarity, c.gain),
+                                    Turbulence::turbulence(c.x, c.y, c.octaves, c.lacunarity, c.gain),
+                                    Perlin::Get(c.x, c.y, c.z, truncToInt(c.octaves), 0.7f, 1.5f),
+                                    Perlin::Get(c.x, c.y, truncToInt(c.octaves), 0.7f, 1.5f)};
+    };
+    const SimdLevel before = simdLevel();
+    for (const Case& c : cases) {
+        setSimdLevel(SimdLevel::kScalar);
+        const std::array<float, 6> expected = sums(c);
+        for (SimdLevel level : {SimdLevel::kAvx2, SimdLevel::kAvx512}) {
+            if (supportedSimdLevel(level) != level) continue;
+            setSimdLevel(level);
+            const std::array<float, 6> got = sums(c);
+            for (std::size_t k = 0; k < got.size(); ++k)
+                EXPECT_EQ(bits(got[k]), bits(expected[k]))
+                    << simdLevelName(level) << ", sum " << k
+                    << " (fBM, fBM 2-D, turbulence, turbulence 2-D, Get, Get 2-D) at (" << c.x << ", " << c.y << ", "
+                    << c.z << "), " << c.octaves << " octaves, lacunarity " << c.lacunarity << ", gain " << c.gain;
+        }
+    }
+    setSimdLevel(before);
 }
