@@ -71,16 +71,6 @@ float squaredDistance(const Vec2& a, const Vec2& b) {
 
 }  // namespace
 
-float BrickTexture3D::evaluate(const Record& r, int flags, float x, float y, float z) {
-    switch (static_cast<Pattern>(r.pattern)) {
-        case RUNNING_BOND:
-            return runningBond(r, flags, x, y, z);
-        case HERRINGBONE:
-        default:  // every value other than 1
-            return herringbone(r, flags, x, y, z);
-    }
-}
-
 namespace {
 
 // The running bond's cell sizes (brick plus mortar) and half joints, from
@@ -297,10 +287,9 @@ GRITWELL_AVX2 inline __m256 shiftedByHalfLanes(__m256 coordinate, __m256 count) 
 }
 
 // Eight points into out; the bits of the lanes runningBond must finish.
-GRITWELL_AVX2 int runningBond8(const BrickTexture3D::Record& r, const BondFrame& b, bool planar, const float* xs,
-                               const float* ys, const float* zs, float* out) {
-    const __m256 x = _mm256_loadu_ps(xs), y = _mm256_loadu_ps(ys);
-    const __m256 z = planar ? _mm256_set1_ps(0.5f) : _mm256_loadu_ps(zs);
+GRITWELL_AVX2 inline int runningBondLanes(const BrickTexture3D::Record& r, const BondFrame& b, bool planar,
+                                          __m256 x, __m256 y, __m256 z, float* out) {
+    if (planar) z = _mm256_set1_ps(0.5f);
     __m256 s = _mm256_div_ps(x, _mm256_set1_ps(b.bw));
     __m256 t = _mm256_div_ps(y, _mm256_set1_ps(b.bh));
     __m256 u = _mm256_div_ps(z, _mm256_set1_ps(b.bd));
@@ -327,7 +316,38 @@ GRITWELL_AVX2 int runningBond8(const BrickTexture3D::Record& r, const BondFrame&
     return _mm256_movemask_ps(_mm256_cmp_ps(result, brick, _CMP_EQ_OQ));
 }
 
+GRITWELL_AVX2 int runningBond8(const BrickTexture3D::Record& r, const BondFrame& b, bool planar, const float* xs,
+                               const float* ys, const float* zs, float* out) {
+    return runningBondLanes(r, b, planar, _mm256_loadu_ps(xs), _mm256_loadu_ps(ys), _mm256_loadu_ps(zs), out);
+}
+
+// One point through the same lanes, in all eight of them. The scalar steps
+// guess a branch at every joint and half-brick shift, and those guesses,
+// as random as the points, cost a single call several times the arithmetic;
+// the lanes take none. A point whose rounded corners are still to test goes
+// through runningBond, as in the block.
+GRITWELL_AVX2 float runningBondOnePoint(const BrickTexture3D::Record& r, int flags, float x, float y, float z) {
+    alignas(32) float lanes[8];
+    const int unfinished = runningBondLanes(r, bondFrame(r), isPlanar(flags), _mm256_set1_ps(x),
+                                            _mm256_set1_ps(y), _mm256_set1_ps(z), lanes);
+    // The caller runs SSE code: leave the upper halves clean, or every one
+    // of its instructions waits on them.
+    _mm256_zeroupper();
+    return (unfinished & 1) != 0 ? BrickTexture3D::runningBond(r, flags, x, y, z) : lanes[0];
+}
+
 }  // namespace
+
+float BrickTexture3D::evaluate(const Record& r, int flags, float x, float y, float z) {
+    switch (static_cast<Pattern>(r.pattern)) {
+        case RUNNING_BOND:
+            return simdLevel() >= SimdLevel::kAvx2 ? runningBondOnePoint(r, flags, x, y, z)
+                                                   : runningBond(r, flags, x, y, z);
+        case HERRINGBONE:
+        default:  // every value other than 1
+            return herringbone(r, flags, x, y, z);
+    }
+}
 
 void BrickTexture3D::evaluateBlock(const Record& r, int flags, const float* points, int n, float* out) {
     if (static_cast<Pattern>(r.pattern) != RUNNING_BOND || simdLevel() < SimdLevel::kAvx2) {
