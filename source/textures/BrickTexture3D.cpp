@@ -287,7 +287,11 @@ GRITWELL_AVX2 inline __m256 shiftedByHalfLanes(__m256 coordinate, __m256 count) 
 }
 
 // Eight points into out; the bits of the lanes runningBond must finish.
-GRITWELL_AVX2 inline int runningBondLanes(const BrickTexture3D::Record& r, const BondFrame& b, bool planar,
+// Inlined into both callers, so each ends with the vzeroupper an AVX
+// function returning to SSE code needs: GCC leaves it out of a tail call
+// to another AVX function, and the caller's SSE instructions then wait on
+// the upper halves left dirty.
+[[gnu::always_inline]] GRITWELL_AVX2 inline int runningBondLanes(const BrickTexture3D::Record& r, const BondFrame& b, bool planar,
                                           __m256 x, __m256 y, __m256 z, float* out) {
     if (planar) z = _mm256_set1_ps(0.5f);
     __m256 s = _mm256_div_ps(x, _mm256_set1_ps(b.bw));
@@ -330,9 +334,6 @@ GRITWELL_AVX2 float runningBondOnePoint(const BrickTexture3D::Record& r, int fla
     alignas(32) float lanes[8];
     const int unfinished = runningBondLanes(r, bondFrame(r), isPlanar(flags), _mm256_set1_ps(x),
                                             _mm256_set1_ps(y), _mm256_set1_ps(z), lanes);
-    // The caller runs SSE code: leave the upper halves clean, or every one
-    // of its instructions waits on them.
-    _mm256_zeroupper();
     return (unfinished & 1) != 0 ? BrickTexture3D::runningBond(r, flags, x, y, z) : lanes[0];
 }
 
