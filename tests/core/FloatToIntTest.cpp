@@ -10,6 +10,7 @@
 
 #include "core/FloatToInt.h"
 #include "core/Rounding.h"
+#include "core/SimdLevel.h"
 #include "core/SineToFloat.h"
 
 using namespace gritwell;
@@ -89,6 +90,14 @@ TEST(Rounding, RemaindersOfOneAndTwoAreTheLibrarys) {
     }
 }
 
+// sineToFloatSettled on four angles.
+GRITWELL_AVX2 int settleSines(const double* angles, float* out) {
+    __m128 lanes;
+    const int settled = sineToFloatSettled(_mm256_loadu_pd(angles), lanes);
+    _mm_storeu_ps(out, lanes);
+    return settled;
+}
+
 TEST(SineToFloat, IsTheLibrarysSineRoundedToFloat) {
     // A dense sweep over the short reduction's range and past it, the
     // doubles nearest each multiple of pi/2 (where the reduced angle is
@@ -117,6 +126,22 @@ TEST(SineToFloat, IsTheLibrarysSineRoundedToFloat) {
     for (const double a : angles)
         if (fbits(sineToFloat(a)) != fbits(static_cast<float>(std::sin(a))) && ++wrong <= 5)
             ADD_FAILURE() << "angle " << a << ": " << sineToFloat(a) << " instead of " << static_cast<float>(std::sin(a));
+
+    // The four-lane short road: every lane it settles is sineToFloat's, and
+    // it settles all but those past its range and the rare few near a midpoint.
+    if (supportedSimdLevel(SimdLevel::kAvx2) != SimdLevel::kAvx2) return;
+    std::size_t settledCount = 0;
+    for (std::size_t i = 0; i + 4 <= angles.size(); i += 4) {
+        float lanes[4];
+        const int settled = settleSines(&angles[i], lanes);
+        for (int k = 0; k < 4; ++k) {
+            if (!(settled & (1 << k))) continue;
+            ++settledCount;
+            if (fbits(lanes[k]) != fbits(sineToFloat(angles[i + k])) && ++wrong <= 5)
+                ADD_FAILURE() << "four lanes, angle " << angles[i + k] << ": " << lanes[k];
+        }
+    }
+    EXPECT_GT(settledCount, angles.size() * 95 / 100);
 }
 
 TEST(Rounding, BilinearAndPolar) {
