@@ -364,65 +364,6 @@ GRITWELL_AVX2 void twoNearest8(const float* xs, const float* ys, float jitter, f
 
 constexpr int kCellSlots = 32;
 
-// The nearest candidate so far, kept as TwoNearest keeps its first place
-// (strict comparison, the earlier of equal candidates ahead), with selects
-// in place of its branches: which cell is nearest is as random as the
-// point, and a guessed branch per cell cost a one-point search more than
-// the cells themselves. The squared distance is kept in every lane, the
-// position in the low N.
-template <int N>
-struct NearestBySelect {
-    __m128 d1 = _mm_set1_ps(kFarAway);
-    __m128 p1 = _mm_setzero_ps();
-
-    // Candidate m of per-axis arrays q, at squared distance d.
-    template <int Slots>
-    GRITWELL_AVX2 void offer(float d, const float (&q)[N][Slots], int m) {
-        const __m128 dv = _mm_set1_ps(d);
-        const __m128 first = _mm_cmplt_ps(dv, d1);
-        d1 = _mm_blendv_ps(d1, dv, first);
-        p1 = _mm_blendv_ps(p1, at(q, m), first);
-    }
-
-    template <int Slots>
-    GRITWELL_AVX2 static __m128 at(const float (&q)[N][Slots], int m) {
-        if constexpr (N == 2) return _mm_setr_ps(q[0][m], q[1][m], 0.0f, 0.0f);
-        else return _mm_setr_ps(q[0][m], q[1][m], q[2][m], 0.0f);
-    }
-
-    GRITWELL_AVX2 static float distance(__m128 squared) {
-        return static_cast<float>(std::sqrt(static_cast<double>(_mm_cvtss_f32(squared))));
-    }
-
-    GRITWELL_AVX2 static void position(__m128 p, float* out) {
-        alignas(16) float lanes[4];
-        _mm_store_ps(lanes, p);
-        std::copy_n(lanes, N, out);
-    }
-};
-
-// TwoNearest's offer with selects: the first place as above; a candidate
-// that takes it moves the old first to second, one that only beats the
-// second takes that.
-template <int N>
-struct TwoNearestBySelect : NearestBySelect<N> {
-    using Base = NearestBySelect<N>;
-    __m128 d2 = _mm_set1_ps(kFarAway);
-    __m128 p2 = _mm_setzero_ps();
-
-    template <int Slots>
-    GRITWELL_AVX2 void offer(float d, const float (&q)[N][Slots], int m) {
-        const __m128 dv = _mm_set1_ps(d);
-        const __m128 candidate = Base::at(q, m);
-        const __m128 first = _mm_cmplt_ps(dv, this->d1);
-        const __m128 second = _mm_cmplt_ps(dv, d2);
-        d2 = _mm_blendv_ps(_mm_blendv_ps(d2, dv, second), this->d1, first);
-        p2 = _mm_blendv_ps(_mm_blendv_ps(p2, candidate, second), this->p1, first);
-        this->d1 = _mm_blendv_ps(this->d1, dv, first);
-        this->p1 = _mm_blendv_ps(this->p1, candidate, first);
-    }
-};
-
 GRITWELL_AVX2 void nearestAcrossCells(const float* P, float jitter, float& f1, float* pos1) {
     alignas(32) float t[3][kCellSlots], q[3][kCellSlots], d[kCellSlots];
     const float c[3] = {cellCentre(P[0]), cellCentre(P[1]), cellCentre(P[2])};
@@ -450,10 +391,15 @@ GRITWELL_AVX2 void nearestAcrossCells(const float* P, float jitter, float& f1, f
         _mm256_store_ps(q[1] + g, qy);
         _mm256_store_ps(q[2] + g, qz);
     }
-    NearestBySelect<3> best;
-    for (int m = 0; m < n; ++m) best.offer(d[m], q, m);
-    f1 = best.distance(best.d1);
-    best.position(best.p1, pos1);
+    float d1 = kFarAway;
+    int best = -1;
+    for (int m = 0; m < n; ++m)
+        if (d[m] < d1) {
+            d1 = d[m];
+            best = m;
+        }
+    f1 = static_cast<float>(std::sqrt(static_cast<double>(d1)));
+    for (int a = 0; a < 3; ++a) pos1[a] = best < 0 ? 0.0f : q[a][best];
 }
 
 // The plane's nine cells: the first eight across the lanes, the last
@@ -484,12 +430,12 @@ GRITWELL_AVX2 void twoNearestAcrossCells(const float* P, float jitter, float& f1
     d[8] = planeCandidate(P, t[0][8], t[1][8], jitter, last);
     q[0][8] = last[0];
     q[1][8] = last[1];
-    TwoNearestBySelect<2> best;
-    for (int m = 0; m < n; ++m) best.offer(d[m], q, m);
-    f1 = best.distance(best.d1);
-    f2 = best.distance(best.d2);
-    best.position(best.p1, pos1);
-    best.position(best.p2, pos2);
+    TwoNearest<2> best;
+    for (int m = 0; m < n; ++m) {
+        const float at[2] = {q[0][m], q[1][m]};
+        best.offer(d[m], at);
+    }
+    best.write(f1, pos1, f2, pos2);
 }
 
 }  // namespace
