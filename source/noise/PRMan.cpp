@@ -1,6 +1,5 @@
 #include "noise/PRMan.h"
 
-#include <bit>
 #include <cmath>
 #include <cstdint>
 
@@ -30,38 +29,29 @@ float luminance(float r, float g, float b) {
 namespace {
 
 // std::fmod(x, period) of two floats, the remainder every caller's bits rest
-// on. Where it is certain to be exact, plain arithmetic: a whole-number
-// period up to 2^24 divides a sample below 2^24 with a quotient and product
-// exact in double, and the one quotient the rounded division can overshoot
-// is taken back (a sample within one period has the quotient 0 and is its
-// own remainder). Anything else goes to the library, a sample within one
-// period excepted. Which road a sample takes depends on the record, not on
-// where the point lies, so a single point does not stall on a guessed
-// branch.
+// on. Where it is certain to be exact, plain arithmetic: a sample within one
+// period is its own remainder; a whole-number period up to 2^24 divides a
+// sample below 2^24 with a quotient and product exact in double, and the
+// one quotient the rounded division can overshoot is taken back. Anything
+// else goes to the library.
 double periodRemainder(float x, float period) {
     const double ax = std::fabs(static_cast<double>(x));
     const double ap = std::fabs(static_cast<double>(period));
-    if (ax < 0x1p24 && ap >= 1.0 && ap <= 0x1p24 && ap == static_cast<double>(static_cast<std::int64_t>(ap))) {
-        const double q = static_cast<double>(static_cast<std::int64_t>(ax / ap));
-        double r = ax - q * ap;
-        if (r < 0.0) r += ap;
-        return std::copysign(r, static_cast<double>(x));
-    }
     if (ax < ap) return x;
-    return std::fmod(static_cast<double>(x), static_cast<double>(period));
-}
-
-// `period` where x is below zero, else 0, as a mask rather than a branch:
-// the sign of a sample is as random as the points.
-double periodIfNegative(float x, float period) {
-    const std::uint64_t below = static_cast<std::uint64_t>(0) - static_cast<std::uint64_t>(x < 0.0f);
-    return std::bit_cast<double>(std::bit_cast<std::uint64_t>(static_cast<double>(period)) & below);
+    // Past the first test a period that is not NaN is at most the sample.
+    if (!(ax < 0x1p24 && ap >= 1.0) || ap != static_cast<double>(static_cast<std::int64_t>(ap)))
+        return std::fmod(static_cast<double>(x), static_cast<double>(period));
+    const double q = static_cast<double>(static_cast<std::int64_t>(ax / ap));
+    double r = ax - q * ap;
+    if (r < 0.0) r += ap;
+    return std::copysign(r, static_cast<double>(x));
 }
 
 }  // namespace
 
 float pnoise(float x, float period) {
-    const float xp = static_cast<float>(periodRemainder(x, period) + periodIfNegative(x, period));
+    const float xp = static_cast<float>(periodRemainder(x, period) +
+                                        (x < 0.0f ? static_cast<double>(period) : 0.0));
     return ((period - xp) * Perlin::noise(xp) + xp * Perlin::noise(xp - period)) / period;
 }
 
