@@ -68,6 +68,9 @@ TEST(Rounding, FloorAndCeilingThroughRoundToNearest) {
     EXPECT_EQ(Floor(std::nan("")), INT_MIN >> 1);
 }
 
+// fmodTwo on four doubles.
+GRITWELL_AVX2 void remaindersOfTwo(const double* v, double* out) { _mm256_storeu_pd(out, fmodTwo(_mm256_loadu_pd(v))); }
+
 TEST(Rounding, RemaindersOfOneAndTwoAreTheLibrarys) {
     // Signed zeros, fractions at every scale, the thresholds where a value
     // stops having a fraction (2^23 in float, 2^52 and 2^53 in double), odd
@@ -87,6 +90,13 @@ TEST(Rounding, RemaindersOfOneAndTwoAreTheLibrarys) {
         EXPECT_EQ(bits(fmodTwo(v)), bits(std::fmod(v, 2.0))) << v;
         const float f = static_cast<float>(v);
         EXPECT_EQ(fbits(fmodOne(f)), fbits(std::fmod(f, 1.0f))) << f;
+    }
+    if (supportedSimdLevel(SimdLevel::kAvx2) != SimdLevel::kAvx2) return;
+    for (std::size_t i = 0; i + 4 <= values.size(); i += 4) {
+        double lanes[4];
+        remaindersOfTwo(&values[i], lanes);
+        for (int k = 0; k < 4; ++k)
+            EXPECT_EQ(bits(lanes[k]), bits(std::fmod(values[i + k], 2.0))) << "four lanes, " << values[i + k];
     }
 }
 
