@@ -11,6 +11,7 @@
 #include "core/Rounding.h"
 #include "core/Vec2.h"
 #include "noise/CellNoise.h"
+#include "noise/DoubleLanes.h"
 #include "noise/PRMan.h"
 
 namespace gritwell {
@@ -160,14 +161,28 @@ float BrickTexture3D::runningBond(const Record& r, int flags, float x, float y, 
     return result;
 }
 
+namespace {
+
+// The herringbone's cell sizes and half joints, from the record, for the
+// one-point and the block paths.
+struct HerringboneFrame {
+    float bh, bd;  // cell side in x and y, cell depth
+    float mh, md;  // half a joint as a fraction of a cell, divided in double
+};
+
+HerringboneFrame herringboneFrame(const BrickTexture3D::Record& r) {
+    const float M = r.mortarThickness;
+    const float bh = r.brickHeight + M;
+    const float bd = r.brickDepth + M;
+    return {bh, bd, static_cast<float>(M * 0.5 / bh), static_cast<float>(M * 0.5 / bd)};
+}
+
+}  // namespace
+
 float BrickTexture3D::herringbone(const Record& r, int flags, float x, float y, float z) {
     const float H = r.brickHeight;
-    const float D = r.brickDepth;
     const float M = r.mortarThickness;
-    const float bh = H + M;
-    const float bd = D + M;
-    const float mh = static_cast<float>(M * 0.5 / bh);
-    const float md = static_cast<float>(M * 0.5 / bd);
+    const auto [bh, bd, mh, md] = herringboneFrame(r);
 
     // Square cells of side bh; a brick covers two of them.
     const float s = x / bh;
@@ -337,34 +352,154 @@ GRITWELL_AVX2 float runningBondOnePoint(const BrickTexture3D::Record& r, int fla
     return (unfinished & 1) != 0 ? BrickTexture3D::runningBond(r, flags, x, y, z) : lanes[0];
 }
 
+// ---- The herringbone, eight points at a time --------------------------------
+//
+// herringbone with one lane per point, the same operations in the same
+// order, in double where it floors and tests parity, as far as the blend;
+// the choices between a vertical and a horizontal band and between the
+// ends of a brick are selects. As in the running bond, a lane whose rounded
+// corners are still to test goes through herringbone.
+
+// Eight parities or band tests made on two sets of four doubles, as the
+// masks of eight float lanes.
+GRITWELL_AVX2 inline __m256 narrowMask(__m256d low, __m256d high) {
+    const __m256i upperHalves = _mm256_setr_epi32(1, 3, 5, 7, 1, 3, 5, 7);
+    return _mm256_set_m128(_mm256_castps256_ps128(_mm256_permutevar8x32_ps(_mm256_castpd_ps(high), upperHalves)),
+                           _mm256_castps256_ps128(_mm256_permutevar8x32_ps(_mm256_castpd_ps(low), upperHalves)));
+}
+
+GRITWELL_AVX2 inline __m256d floorLanes(__m256d v) {
+    return _mm256_round_pd(v, _MM_FROUND_TO_NEG_INF | _MM_FROUND_NO_EXC);
+}
+
+// isEvenFloor, lane by lane.
+GRITWELL_AVX2 inline __m256d isEvenFloorLanes(__m256d floored) {
+    const __m256d beyond = _mm256_cmp_pd(_mm256_andnot_pd(_mm256_set1_pd(-0.0), floored), _mm256_set1_pd(0x1p63),
+                                         _CMP_NLT_UQ);
+    return _mm256_or_pd(beyond, _mm256_cmp_pd(fmodTwo(floored), _mm256_setzero_pd(), _CMP_EQ_OQ));
+}
+
+// Whether the band of cell (i, j) is vertical: |fmodTwo(floor(j/2 + i/2))|
+// is not 0, NaN included.
+GRITWELL_AVX2 inline __m256d verticalBandLanes(__m256d i, __m256d j) {
+    const __m256d half = _mm256_set1_pd(0.5);
+    const __m256d band = fmodTwo(floorLanes(_mm256_add_pd(_mm256_mul_pd(half, j), _mm256_mul_pd(half, i))));
+    return _mm256_cmp_pd(band, _mm256_setzero_pd(), _CMP_NEQ_UQ);
+}
+
+[[gnu::always_inline]] GRITWELL_AVX2 inline int herringboneLanes(const BrickTexture3D::Record& r,
+                                                                 const HerringboneFrame& f, bool planar, __m256 x,
+                                                                 __m256 y, __m256 z, float* out) {
+    const __m256 s = _mm256_div_ps(x, _mm256_set1_ps(f.bh));
+    const __m256 t = _mm256_div_ps(y, _mm256_set1_ps(f.bh));
+    const __m256d half = _mm256_set1_pd(0.5);
+    __m256 u;
+    if (planar) {
+        const DoubleLanes8 zd = widen(z);
+        const __m256d depth = _mm256_set1_pd(static_cast<double>(f.bd));
+        u = narrow({_mm256_div_pd(_mm256_add_pd(zd.low, half), depth), _mm256_div_pd(_mm256_add_pd(zd.high, half), depth)});
+    } else {
+        u = _mm256_div_ps(z, _mm256_set1_ps(f.bd));
+    }
+    const DoubleLanes8 sd = widen(s), td = widen(t);
+    const DoubleLanes8 i = {floorLanes(sd.low), floorLanes(sd.high)};
+    const DoubleLanes8 j = {floorLanes(td.low), floorLanes(td.high)};
+    const __m256 vertical = narrowMask(verticalBandLanes(i.low, j.low), verticalBandLanes(i.high, j.high));
+    const __m256 fs = narrow({_mm256_sub_pd(sd.low, i.low), _mm256_sub_pd(sd.high, i.high)});
+    const __m256 ft = narrow({_mm256_sub_pd(td.low, j.low), _mm256_sub_pd(td.high, j.high)});
+    const __m256 fu = _mm256_sub_ps(u, _mm256_round_ps(u, _MM_FROUND_TO_NEG_INF | _MM_FROUND_NO_EXC));
+    const __m256 sEven = narrowMask(isEvenFloorLanes(i.low), isEvenFloorLanes(i.high));
+    const __m256 tEven = narrowMask(isEvenFloorLanes(j.low), isEvenFloorLanes(j.high));
+    const __m256 differ = _mm256_xor_ps(sEven, tEven);
+
+    // Vertical bands joint across x and at one end in y; horizontal ones
+    // the other way about.
+    const __m256 one = _mm256_set1_ps(1.0f);
+    const __m256 wsVertical = jointMaskLanes(f.mh, fs);
+    const __m256 htVertical =
+        _mm256_blendv_ps(stepLanes(f.mh, ft), _mm256_sub_ps(one, stepLanes(1.0f - f.mh, ft)), differ);
+    const __m256 htHorizontal = jointMaskLanes(f.mh, ft);
+    const __m256 wsHorizontal =
+        _mm256_blendv_ps(stepLanes(f.mh, fs), _mm256_sub_ps(one, stepLanes(1.0f - f.mh, fs)), differ);
+    const __m256 ws = _mm256_blendv_ps(wsHorizontal, wsVertical, vertical);
+    const __m256 ht = _mm256_blendv_ps(htHorizontal, htVertical, vertical);
+    const __m256 du = jointMaskLanes(f.md, fu);
+
+    __m256 brick = _mm256_set1_ps(r.brickColor);
+    if (r.randomizeColors != 0) {
+        const __m256 halfF = _mm256_set1_ps(0.5f);
+        const __m256 halfS = _mm256_mul_ps(halfF, s);
+        const __m256 oddRow = narrow({_mm256_add_pd(half, _mm256_mul_pd(half, td.low)),
+                                      _mm256_add_pd(half, _mm256_mul_pd(half, td.high))});
+        const __m256 cx = _mm256_blendv_ps(_mm256_blendv_ps(_mm256_add_ps(halfF, halfS), halfS, tEven), s, vertical);
+        const __m256 cy = _mm256_blendv_ps(t, _mm256_blendv_ps(oddRow, _mm256_mul_ps(halfF, t), sEven), vertical);
+        brick = _mm256_add_ps(_mm256_mul_ps(_mm256_set1_ps(r.maxColor - r.minColor), CellNoise::cellNoise(cx, cy, u)),
+                              _mm256_set1_ps(r.minColor));
+    }
+    const __m256 result = PRMan::mix(_mm256_set1_ps(r.mortarColor), brick, _mm256_mul_ps(_mm256_mul_ps(ws, ht), du));
+    _mm256_storeu_ps(out, result);
+    if (r.roundedCornersEnabled == 0) return 0;
+    return _mm256_movemask_ps(_mm256_cmp_ps(result, brick, _CMP_EQ_OQ));
+}
+
+GRITWELL_AVX2 int herringbone8(const BrickTexture3D::Record& r, const HerringboneFrame& f, bool planar, const float* xs,
+                               const float* ys, const float* zs, float* out) {
+    return herringboneLanes(r, f, planar, _mm256_loadu_ps(xs), _mm256_loadu_ps(ys), _mm256_loadu_ps(zs), out);
+}
+
+GRITWELL_AVX2 float herringboneOnePoint(const BrickTexture3D::Record& r, int flags, float x, float y, float z) {
+    alignas(32) float lanes[8];
+    const int unfinished = herringboneLanes(r, herringboneFrame(r), isPlanar(flags), _mm256_set1_ps(x),
+                                            _mm256_set1_ps(y), _mm256_set1_ps(z), lanes);
+    return (unfinished & 1) != 0 ? BrickTexture3D::herringbone(r, flags, x, y, z) : lanes[0];
+}
+
+// Eight points at a time through `lanes`, the lanes it leaves and the last
+// few points through `finish`, as in one-point evaluation.
+template <class Lanes, class Finish>
+void evaluateInLanes(const BrickTexture3D::PointBlock& p, int n, float* out, Lanes lanes, Finish finish) {
+    int done = 0;
+    for (; done + 8 <= n; done += 8) {
+        const int unfinished = lanes(p.x + done, p.y + done, p.z + done, out + done);
+        for (int k = 0; k < 8; ++k)
+            if (unfinished & (1 << k)) out[done + k] = finish(p.x[done + k], p.y[done + k], p.z[done + k]);
+    }
+    for (; done < n; ++done) out[done] = finish(p.x[done], p.y[done], p.z[done]);
+}
+
 }  // namespace
 
 float BrickTexture3D::evaluate(const Record& r, int flags, float x, float y, float z) {
+    const bool lanes = simdLevel() >= SimdLevel::kAvx2;
     switch (static_cast<Pattern>(r.pattern)) {
         case RUNNING_BOND:
-            return simdLevel() >= SimdLevel::kAvx2 ? runningBondOnePoint(r, flags, x, y, z)
-                                                   : runningBond(r, flags, x, y, z);
+            return lanes ? runningBondOnePoint(r, flags, x, y, z) : runningBond(r, flags, x, y, z);
         case HERRINGBONE:
         default:  // every value other than 1
-            return herringbone(r, flags, x, y, z);
+            return lanes ? herringboneOnePoint(r, flags, x, y, z) : herringbone(r, flags, x, y, z);
     }
 }
 
 void BrickTexture3D::evaluateBlock(const Record& r, int flags, const float* points, int n, float* out) {
-    if (static_cast<Pattern>(r.pattern) != RUNNING_BOND || simdLevel() < SimdLevel::kAvx2) {
+    if (simdLevel() < SimdLevel::kAvx2) {
         evaluateEach(r, flags, points, n, out);
         return;
     }
     const PointBlock p(points, n, 1.0f);
-    const BondFrame frame = bondFrame(r);
     const bool planar = isPlanar(flags);
-    int done = 0;
-    for (; done + 8 <= n; done += 8) {
-        const int unfinished = runningBond8(r, frame, planar, p.x + done, p.y + done, p.z + done, out + done);
-        for (int k = 0; k < 8; ++k)
-            if (unfinished & (1 << k)) out[done + k] = runningBond(r, flags, p.x[done + k], p.y[done + k], p.z[done + k]);
+    if (static_cast<Pattern>(r.pattern) == RUNNING_BOND) {
+        const BondFrame frame = bondFrame(r);
+        evaluateInLanes(
+            p, n, out,
+            [&](const float* x, const float* y, const float* z, float* o) { return runningBond8(r, frame, planar, x, y, z, o); },
+            [&](float x, float y, float z) { return runningBond(r, flags, x, y, z); });
+    } else {
+        const HerringboneFrame frame = herringboneFrame(r);
+        evaluateInLanes(
+            p, n, out,
+            [&](const float* x, const float* y, const float* z, float* o) { return herringbone8(r, frame, planar, x, y, z, o); },
+            [&](float x, float y, float z) { return herringbone(r, flags, x, y, z); });
     }
-    evaluateEach(r, flags, points + 3 * done, n - done, out + done);
 }
 
 // The one older layout this reads is version 3's.
