@@ -272,9 +272,8 @@ float BrickTexture3D::herringbone(const Record& r, int flags, float x, float y, 
 // ---- The running bond, eight points at a time ------------------------------
 //
 // runningBond with one lane per point, the same operations in the same
-// order, as far as the blend of mortar and brick. Where the corners are
-// rounded, a lane whose blend is the brick's own colour still has its
-// corner tests to make, and goes through runningBond.
+// order; its rounded corners' tests are made in every lane and kept where
+// the blend is the brick's own colour.
 
 namespace {
 
@@ -284,6 +283,12 @@ GRITWELL_AVX2 inline __m256 stepLanes(float a, __m256 x) {
 
 GRITWELL_AVX2 inline __m256 jointMaskLanes(float joint, __m256 fraction) {
     return _mm256_sub_ps(stepLanes(joint, fraction), stepLanes(1.0f - joint, fraction));
+}
+
+// squaredDistance of (x, y) from (cx, cy), lane by lane.
+GRITWELL_AVX2 inline __m256 squaredDistanceLanes(__m256 x, __m256 y, __m256 cx, __m256 cy) {
+    const __m256 dx = _mm256_sub_ps(x, cx), dy = _mm256_sub_ps(y, cy);
+    return _mm256_add_ps(_mm256_mul_ps(dx, dx), _mm256_mul_ps(dy, dy));
 }
 
 // floorIndex, lane by lane: the conversion gives INT_MIN where truncToInt does.
@@ -301,12 +306,12 @@ GRITWELL_AVX2 inline __m256 shiftedByHalfLanes(__m256 coordinate, __m256 count) 
                             _mm256_cmp_ps(coordinate, _mm256_setzero_ps(), _CMP_GE_OQ));
 }
 
-// Eight points into out; the bits of the lanes runningBond must finish.
+// Eight points into out.
 // Inlined into both callers, so each ends with the vzeroupper an AVX
 // function returning to SSE code needs: GCC leaves it out of a tail call
 // to another AVX function, and the caller's SSE instructions then wait on
 // the upper halves left dirty.
-[[gnu::always_inline]] GRITWELL_AVX2 inline int runningBondLanes(const BrickTexture3D::Record& r, const BondFrame& b, bool planar,
+[[gnu::always_inline]] GRITWELL_AVX2 inline void runningBondLanes(const BrickTexture3D::Record& r, const BondFrame& b, bool planar,
                                           __m256 x, __m256 y, __m256 z, float* out) {
     if (planar) z = _mm256_set1_ps(0.5f);
     __m256 s = _mm256_div_ps(x, _mm256_set1_ps(b.bw));
@@ -329,27 +334,48 @@ GRITWELL_AVX2 inline __m256 shiftedByHalfLanes(__m256 coordinate, __m256 count) 
     if (r.randomizeColors != 0)
         brick = _mm256_add_ps(_mm256_mul_ps(_mm256_set1_ps(r.maxColor - r.minColor), CellNoise::cellNoise(sb, tb, ub)),
                               _mm256_set1_ps(r.minColor));
-    const __m256 result = PRMan::mix(_mm256_set1_ps(r.mortarColor), brick, coverage);
+    __m256 result = PRMan::mix(_mm256_set1_ps(r.mortarColor), brick, coverage);
+    if (r.roundedCornersEnabled != 0) {
+        // runningBond's four corner tests, any of which makes mortar of a
+        // point whose blend is the brick's own colour.
+        const float W = r.brickWidth, H = r.brickHeight, M = r.mortarThickness;
+        const float m = H < W ? H : W;
+        const float L = b.bh > b.bw ? b.bh : b.bw;
+        const __m256 qx = W == m ? _mm256_div_ps(_mm256_mul_ps(_mm256_set1_ps(b.bw), s), _mm256_set1_ps(b.bh)) : s;
+        const __m256 qy = W == m ? t : _mm256_div_ps(_mm256_mul_ps(_mm256_set1_ps(b.bh), t), _mm256_set1_ps(b.bw));
+        const float radius = r.roundedCornersRadius * (m / 2.0f / L);
+        const float c = M / 2.0f / L + radius;
+        const float ex = H == m ? 1.0f : b.bw / b.bh;
+        const float ey = H == m ? b.bh / b.bw : 1.0f;
+        const __m256 cv = _mm256_set1_ps(c), exc = _mm256_set1_ps(ex - c), eyc = _mm256_set1_ps(ey - c);
+        const __m256 nearX = _mm256_cmp_ps(cv, qx, _CMP_GE_OQ), nearY = _mm256_cmp_ps(cv, qy, _CMP_GE_OQ);
+        const __m256 farX = _mm256_cmp_ps(qx, exc, _CMP_GE_OQ), farY = _mm256_cmp_ps(qy, eyc, _CMP_GE_OQ);
+        const __m256 r2 = _mm256_set1_ps(radius * radius);
+        const auto outside = [&](__m256 inCorner, __m256 cx, __m256 cy) GRITWELL_AVX2 {
+            return _mm256_and_ps(inCorner, _mm256_cmp_ps(squaredDistanceLanes(qx, qy, cx, cy), r2, _CMP_GE_OQ));
+        };
+        const __m256 corner = _mm256_or_ps(
+            _mm256_or_ps(outside(_mm256_and_ps(nearX, nearY), cv, cv), outside(_mm256_and_ps(farX, nearY), exc, cv)),
+            _mm256_or_ps(outside(_mm256_and_ps(nearX, farY), cv, eyc), outside(_mm256_and_ps(farX, farY), exc, eyc)));
+        result = _mm256_blendv_ps(result, _mm256_set1_ps(r.mortarColor),
+                                  _mm256_and_ps(corner, _mm256_cmp_ps(result, brick, _CMP_EQ_OQ)));
+    }
     _mm256_storeu_ps(out, result);
-    if (r.roundedCornersEnabled == 0) return 0;
-    return _mm256_movemask_ps(_mm256_cmp_ps(result, brick, _CMP_EQ_OQ));
 }
 
-GRITWELL_AVX2 int runningBond8(const BrickTexture3D::Record& r, const BondFrame& b, bool planar, const float* xs,
-                               const float* ys, const float* zs, float* out) {
-    return runningBondLanes(r, b, planar, _mm256_loadu_ps(xs), _mm256_loadu_ps(ys), _mm256_loadu_ps(zs), out);
+GRITWELL_AVX2 void runningBond8(const BrickTexture3D::Record& r, const BondFrame& b, bool planar, const float* xs,
+                                const float* ys, const float* zs, float* out) {
+    runningBondLanes(r, b, planar, _mm256_loadu_ps(xs), _mm256_loadu_ps(ys), _mm256_loadu_ps(zs), out);
 }
 
 // One point through the same lanes, in all eight of them. The scalar steps
 // guess a branch at every joint and half-brick shift, and those guesses,
 // as random as the points, cost a single call several times the arithmetic;
-// the lanes take none. A point whose rounded corners are still to test goes
-// through runningBond, as in the block.
+// the lanes take none.
 GRITWELL_AVX2 float runningBondOnePoint(const BrickTexture3D::Record& r, int flags, float x, float y, float z) {
     alignas(32) float lanes[8];
-    const int unfinished = runningBondLanes(r, bondFrame(r), isPlanar(flags), _mm256_set1_ps(x),
-                                            _mm256_set1_ps(y), _mm256_set1_ps(z), lanes);
-    return (unfinished & 1) != 0 ? BrickTexture3D::runningBond(r, flags, x, y, z) : lanes[0];
+    runningBondLanes(r, bondFrame(r), isPlanar(flags), _mm256_set1_ps(x), _mm256_set1_ps(y), _mm256_set1_ps(z), lanes);
+    return lanes[0];
 }
 
 // ---- The herringbone, eight points at a time --------------------------------
@@ -357,8 +383,8 @@ GRITWELL_AVX2 float runningBondOnePoint(const BrickTexture3D::Record& r, int fla
 // herringbone with one lane per point, the same operations in the same
 // order, in double where it floors and tests parity, as far as the blend;
 // the choices between a vertical and a horizontal band and between the
-// ends of a brick are selects. As in the running bond, a lane whose rounded
-// corners are still to test goes through herringbone.
+// ends of a brick are selects, and so are its rounded corners, as in the
+// running bond.
 
 // Eight parities or band tests made on two sets of four doubles, as the
 // masks of eight float lanes.
@@ -387,7 +413,7 @@ GRITWELL_AVX2 inline __m256d verticalBandLanes(__m256d i, __m256d j) {
     return _mm256_cmp_pd(band, _mm256_setzero_pd(), _CMP_NEQ_UQ);
 }
 
-[[gnu::always_inline]] GRITWELL_AVX2 inline int herringboneLanes(const BrickTexture3D::Record& r,
+[[gnu::always_inline]] GRITWELL_AVX2 inline void herringboneLanes(const BrickTexture3D::Record& r,
                                                                  const HerringboneFrame& f, bool planar, __m256 x,
                                                                  __m256 y, __m256 z, float* out) {
     const __m256 s = _mm256_div_ps(x, _mm256_set1_ps(f.bh));
@@ -436,35 +462,41 @@ GRITWELL_AVX2 inline __m256d verticalBandLanes(__m256d i, __m256d j) {
         brick = _mm256_add_ps(_mm256_mul_ps(_mm256_set1_ps(r.maxColor - r.minColor), CellNoise::cellNoise(cx, cy, u)),
                               _mm256_set1_ps(r.minColor));
     }
-    const __m256 result = PRMan::mix(_mm256_set1_ps(r.mortarColor), brick, _mm256_mul_ps(_mm256_mul_ps(ws, ht), du));
+    __m256 result = PRMan::mix(_mm256_set1_ps(r.mortarColor), brick, _mm256_mul_ps(_mm256_mul_ps(ws, ht), du));
+    if (r.roundedCornersEnabled != 0) {
+        // herringbone's corner at the brick's outer end of the cell: a
+        // vertical band's end in y (the lower where the parities agree), a
+        // horizontal band's in x (the left where they agree); along the end,
+        // the corner the fraction is within c of, the nearer first.
+        const float radius = r.roundedCornersRadius * (r.brickHeight / 2.0f / f.bh);
+        const float c = r.mortarThickness / 2.0f / f.bh + radius;
+        const __m256 cv = _mm256_set1_ps(c), c1 = _mm256_set1_ps(1.0f - c);
+        const __m256 nearX = _mm256_cmp_ps(cv, fs, _CMP_GE_OQ), farX = _mm256_cmp_ps(fs, c1, _CMP_GE_OQ);
+        const __m256 nearY = _mm256_cmp_ps(cv, ft, _CMP_GE_OQ), farY = _mm256_cmp_ps(ft, c1, _CMP_GE_OQ);
+        const __m256 atEndX = _mm256_blendv_ps(nearX, farX, differ), atEndY = _mm256_blendv_ps(nearY, farY, differ);
+        const __m256 endCentre = _mm256_blendv_ps(cv, c1, differ);
+        const __m256 chosen = _mm256_blendv_ps(_mm256_and_ps(atEndX, _mm256_or_ps(nearY, farY)),
+                                               _mm256_and_ps(atEndY, _mm256_or_ps(nearX, farX)), vertical);
+        const __m256 cx = _mm256_blendv_ps(endCentre, _mm256_blendv_ps(c1, cv, nearX), vertical);
+        const __m256 cy = _mm256_blendv_ps(_mm256_blendv_ps(c1, cv, nearY), endCentre, vertical);
+        const __m256 outside =
+            _mm256_cmp_ps(squaredDistanceLanes(fs, ft, cx, cy), _mm256_set1_ps(radius * radius), _CMP_GE_OQ);
+        result = _mm256_blendv_ps(result, _mm256_set1_ps(r.mortarColor),
+                                  _mm256_and_ps(_mm256_and_ps(chosen, outside), _mm256_cmp_ps(result, brick, _CMP_EQ_OQ)));
+    }
     _mm256_storeu_ps(out, result);
-    if (r.roundedCornersEnabled == 0) return 0;
-    return _mm256_movemask_ps(_mm256_cmp_ps(result, brick, _CMP_EQ_OQ));
 }
 
-GRITWELL_AVX2 int herringbone8(const BrickTexture3D::Record& r, const HerringboneFrame& f, bool planar, const float* xs,
-                               const float* ys, const float* zs, float* out) {
-    return herringboneLanes(r, f, planar, _mm256_loadu_ps(xs), _mm256_loadu_ps(ys), _mm256_loadu_ps(zs), out);
+GRITWELL_AVX2 void herringbone8(const BrickTexture3D::Record& r, const HerringboneFrame& f, bool planar,
+                                const float* xs, const float* ys, const float* zs, float* out) {
+    herringboneLanes(r, f, planar, _mm256_loadu_ps(xs), _mm256_loadu_ps(ys), _mm256_loadu_ps(zs), out);
 }
 
 GRITWELL_AVX2 float herringboneOnePoint(const BrickTexture3D::Record& r, int flags, float x, float y, float z) {
     alignas(32) float lanes[8];
-    const int unfinished = herringboneLanes(r, herringboneFrame(r), isPlanar(flags), _mm256_set1_ps(x),
-                                            _mm256_set1_ps(y), _mm256_set1_ps(z), lanes);
-    return (unfinished & 1) != 0 ? BrickTexture3D::herringbone(r, flags, x, y, z) : lanes[0];
-}
-
-// Eight points at a time through `lanes`, the lanes it leaves and the last
-// few points through `finish`, as in one-point evaluation.
-template <class Lanes, class Finish>
-void evaluateInLanes(const BrickTexture3D::PointBlock& p, int n, float* out, Lanes lanes, Finish finish) {
-    int done = 0;
-    for (; done + 8 <= n; done += 8) {
-        const int unfinished = lanes(p.x + done, p.y + done, p.z + done, out + done);
-        for (int k = 0; k < 8; ++k)
-            if (unfinished & (1 << k)) out[done + k] = finish(p.x[done + k], p.y[done + k], p.z[done + k]);
-    }
-    for (; done < n; ++done) out[done] = finish(p.x[done], p.y[done], p.z[done]);
+    herringboneLanes(r, herringboneFrame(r), isPlanar(flags), _mm256_set1_ps(x), _mm256_set1_ps(y), _mm256_set1_ps(z),
+                     lanes);
+    return lanes[0];
 }
 
 }  // namespace
@@ -487,19 +519,17 @@ void BrickTexture3D::evaluateBlock(const Record& r, int flags, const float* poin
     }
     const PointBlock p(points, n, 1.0f);
     const bool planar = isPlanar(flags);
-    if (static_cast<Pattern>(r.pattern) == RUNNING_BOND) {
-        const BondFrame frame = bondFrame(r);
-        evaluateInLanes(
-            p, n, out,
-            [&](const float* x, const float* y, const float* z, float* o) { return runningBond8(r, frame, planar, x, y, z, o); },
-            [&](float x, float y, float z) { return runningBond(r, flags, x, y, z); });
-    } else {
-        const HerringboneFrame frame = herringboneFrame(r);
-        evaluateInLanes(
-            p, n, out,
-            [&](const float* x, const float* y, const float* z, float* o) { return herringbone8(r, frame, planar, x, y, z, o); },
-            [&](float x, float y, float z) { return herringbone(r, flags, x, y, z); });
+    const bool bond = static_cast<Pattern>(r.pattern) == RUNNING_BOND;
+    const BondFrame bondCells = bondFrame(r);
+    const HerringboneFrame herringboneCells = herringboneFrame(r);
+    int done = 0;
+    for (; done + 8 <= n; done += 8) {
+        if (bond)
+            runningBond8(r, bondCells, planar, p.x + done, p.y + done, p.z + done, out + done);
+        else
+            herringbone8(r, herringboneCells, planar, p.x + done, p.y + done, p.z + done, out + done);
     }
+    evaluateEach(r, flags, points + 3 * done, n - done, out + done);
 }
 
 // The one older layout this reads is version 3's.
