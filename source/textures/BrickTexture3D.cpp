@@ -386,14 +386,6 @@ GRITWELL_AVX2 float runningBondOnePoint(const BrickTexture3D::Record& r, int fla
 // ends of a brick are selects, and so are its rounded corners, as in the
 // running bond.
 
-// Eight parities or band tests made on two sets of four doubles, as the
-// masks of eight float lanes.
-GRITWELL_AVX2 inline __m256 narrowMask(__m256d low, __m256d high) {
-    const __m256i upperHalves = _mm256_setr_epi32(1, 3, 5, 7, 1, 3, 5, 7);
-    return _mm256_set_m128(_mm256_castps256_ps128(_mm256_permutevar8x32_ps(_mm256_castpd_ps(high), upperHalves)),
-                           _mm256_castps256_ps128(_mm256_permutevar8x32_ps(_mm256_castpd_ps(low), upperHalves)));
-}
-
 GRITWELL_AVX2 inline __m256d floorLanes(__m256d v) {
     return _mm256_round_pd(v, _MM_FROUND_TO_NEG_INF | _MM_FROUND_NO_EXC);
 }
