@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "core/FloatToInt.h"
+#include "core/SimdTargets.h"
 
 namespace gritwell {
 
@@ -27,6 +28,17 @@ inline double fmodTwo(double v) {
     const double rest =
         std::fabs(v) < 0x1p53 ? v - 2.0 * static_cast<double>(static_cast<std::int64_t>(0.5 * v)) : v - v;
     return std::copysign(rest, v);
+}
+
+// fmodTwo, four lanes at a time (AVX2): the same steps, the truncation
+// exact in the lanes' own rounding.
+GRITWELL_AVX2 inline __m256d fmodTwo(__m256d v) {
+    const __m256d sign = _mm256_set1_pd(-0.0);
+    const __m256d halves = _mm256_round_pd(_mm256_mul_pd(_mm256_set1_pd(0.5), v), _MM_FROUND_TO_ZERO | _MM_FROUND_NO_EXC);
+    const __m256d below = _mm256_cmp_pd(_mm256_andnot_pd(sign, v), _mm256_set1_pd(0x1p53), _CMP_LT_OQ);
+    const __m256d rest = _mm256_blendv_pd(_mm256_sub_pd(v, v),
+                                          _mm256_sub_pd(v, _mm256_mul_pd(_mm256_set1_pd(2.0), halves)), below);
+    return _mm256_or_pd(_mm256_andnot_pd(sign, rest), _mm256_and_pd(sign, v));
 }
 
 // The floor through the processor's round-to-nearest: round(2x - 0.5) >> 1.

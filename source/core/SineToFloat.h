@@ -12,6 +12,7 @@
 #include <cmath>
 
 #include "core/FloatToInt.h"
+#include "core/SimdTargets.h"
 
 namespace gritwell {
 
@@ -69,6 +70,53 @@ inline float sineToFloat(double a) {
         if (low == static_cast<float>(s + margin)) return low;
     }
     return static_cast<float>(std::sin(a));
+}
+
+// ---- Four angles at a time (AVX2) -------------------------------------------
+//
+// sineToFloat's short road lane by lane: the same reduction and kernels in
+// the same order, the quadrant's choice of kernel and sign as selects, the
+// same test. The lanes it settles are set in the result and their floats
+// written to `out`; a zero, an angle beyond the short reduction and an
+// estimate near a midpoint are left for sineToFloat.
+
+namespace sine_detail {
+
+GRITWELL_AVX2 inline __m256d polynomial(__m256d z, const double (&c)[6]) {
+    __m256d p = _mm256_set1_pd(c[5]);
+    for (int i = 4; i >= 0; --i) p = _mm256_add_pd(_mm256_set1_pd(c[i]), _mm256_mul_pd(z, p));
+    return p;
+}
+
+}  // namespace sine_detail
+
+GRITWELL_AVX2 inline int sineToFloatSettled(__m256d a, __m128& out) {
+    using namespace sine_detail;
+    const __m256d magnitude = _mm256_andnot_pd(_mm256_set1_pd(-0.0), a);
+    const __m256d shortRoad = _mm256_and_pd(_mm256_cmp_pd(magnitude, _mm256_set1_pd(kLargestAngle), _CMP_LE_OQ),
+                                            _mm256_cmp_pd(a, _mm256_setzero_pd(), _CMP_NEQ_OQ));
+    // roundToInt's rounding: to nearest, ties to even.
+    const __m256d kd = _mm256_round_pd(_mm256_mul_pd(a, _mm256_set1_pd(kTwoOverPi)), _MM_FROUND_TO_NEAREST_INT |
+                                                                                          _MM_FROUND_NO_EXC);
+    __m256d r = _mm256_sub_pd(a, _mm256_mul_pd(kd, _mm256_set1_pd(kHalfPi1)));
+    r = _mm256_sub_pd(r, _mm256_mul_pd(kd, _mm256_set1_pd(kHalfPi2)));
+    r = _mm256_sub_pd(r, _mm256_mul_pd(kd, _mm256_set1_pd(kHalfPi3)));
+    r = _mm256_sub_pd(r, _mm256_mul_pd(kd, _mm256_set1_pd(kHalfPi4)));
+    const __m256d z = _mm256_mul_pd(r, r);
+    const __m256d sine = _mm256_add_pd(r, _mm256_mul_pd(_mm256_mul_pd(r, z), polynomial(z, {S1, S2, S3, S4, S5, S6})));
+    const __m256d cosine = _mm256_add_pd(_mm256_sub_pd(_mm256_set1_pd(1.0), _mm256_mul_pd(_mm256_set1_pd(0.5), z)),
+                                         _mm256_mul_pd(_mm256_mul_pd(z, z), polynomial(z, {C1, C2, C3, C4, C5, C6})));
+    // Quadrant k: bit 0 takes the cosine, bit 1 the negative. The lanes off
+    // the short road hold no quadrant worth converting; theirs is 0.
+    const __m256i k = _mm256_cvtepi32_epi64(_mm256_cvtpd_epi32(_mm256_and_pd(kd, shortRoad)));
+    const __m256d odd = _mm256_castsi256_pd(_mm256_slli_epi64(k, 63));
+    const __m256d negative = _mm256_castsi256_pd(_mm256_slli_epi64(_mm256_srli_epi64(k, 1), 63));
+    const __m256d s = _mm256_xor_pd(_mm256_blendv_pd(sine, cosine, odd), negative);
+    const __m256d margin = _mm256_mul_pd(_mm256_andnot_pd(_mm256_set1_pd(-0.0), s), _mm256_set1_pd(0x1p-40));
+    const __m128 low = _mm256_cvtpd_ps(_mm256_sub_pd(s, margin));
+    const __m128 high = _mm256_cvtpd_ps(_mm256_add_pd(s, margin));
+    out = low;
+    return _mm_movemask_ps(_mm_cmpeq_ps(low, high)) & _mm256_movemask_pd(shortRoad);
 }
 
 }  // namespace gritwell

@@ -39,4 +39,12 @@ GRITWELL_AVX2 inline __m256 narrow(const DoubleLanes8& d) {
     return _mm256_insertf128_ps(_mm256_castps128_ps256(_mm256_cvtpd_ps(d.low)), _mm256_cvtpd_ps(d.high), 1);
 }
 
+// Eight tests made on two sets of four doubles (all bits set or clear per
+// double), as the masks of eight float lanes.
+GRITWELL_AVX2 inline __m256 narrowMask(__m256d low, __m256d high) {
+    const __m256i upperHalves = _mm256_setr_epi32(1, 3, 5, 7, 1, 3, 5, 7);
+    return _mm256_set_m128(_mm256_castps256_ps128(_mm256_permutevar8x32_ps(_mm256_castpd_ps(high), upperHalves)),
+                           _mm256_castps256_ps128(_mm256_permutevar8x32_ps(_mm256_castpd_ps(low), upperHalves)));
+}
+
 }  // namespace gritwell

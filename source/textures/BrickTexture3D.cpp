@@ -11,6 +11,7 @@
 #include "core/Rounding.h"
 #include "core/Vec2.h"
 #include "noise/CellNoise.h"
+#include "noise/DoubleLanes.h"
 #include "noise/PRMan.h"
 
 namespace gritwell {
@@ -70,16 +71,6 @@ float squaredDistance(const Vec2& a, const Vec2& b) {
 }
 
 }  // namespace
-
-float BrickTexture3D::evaluate(const Record& r, int flags, float x, float y, float z) {
-    switch (static_cast<Pattern>(r.pattern)) {
-        case RUNNING_BOND:
-            return runningBond(r, flags, x, y, z);
-        case HERRINGBONE:
-        default:  // every value other than 1
-            return herringbone(r, flags, x, y, z);
-    }
-}
 
 namespace {
 
@@ -170,14 +161,28 @@ float BrickTexture3D::runningBond(const Record& r, int flags, float x, float y, 
     return result;
 }
 
+namespace {
+
+// The herringbone's cell sizes and half joints, from the record, for the
+// one-point and the block paths.
+struct HerringboneFrame {
+    float bh, bd;  // cell side in x and y, cell depth
+    float mh, md;  // half a joint as a fraction of a cell, divided in double
+};
+
+HerringboneFrame herringboneFrame(const BrickTexture3D::Record& r) {
+    const float M = r.mortarThickness;
+    const float bh = r.brickHeight + M;
+    const float bd = r.brickDepth + M;
+    return {bh, bd, static_cast<float>(M * 0.5 / bh), static_cast<float>(M * 0.5 / bd)};
+}
+
+}  // namespace
+
 float BrickTexture3D::herringbone(const Record& r, int flags, float x, float y, float z) {
     const float H = r.brickHeight;
-    const float D = r.brickDepth;
     const float M = r.mortarThickness;
-    const float bh = H + M;
-    const float bd = D + M;
-    const float mh = static_cast<float>(M * 0.5 / bh);
-    const float md = static_cast<float>(M * 0.5 / bd);
+    const auto [bh, bd, mh, md] = herringboneFrame(r);
 
     // Square cells of side bh; a brick covers two of them.
     const float s = x / bh;
@@ -267,9 +272,8 @@ float BrickTexture3D::herringbone(const Record& r, int flags, float x, float y, 
 // ---- The running bond, eight points at a time ------------------------------
 //
 // runningBond with one lane per point, the same operations in the same
-// order, as far as the blend of mortar and brick. Where the corners are
-// rounded, a lane whose blend is the brick's own colour still has its
-// corner tests to make, and goes through runningBond.
+// order; its rounded corners' tests are made in every lane and kept where
+// the blend is the brick's own colour.
 
 namespace {
 
@@ -279,6 +283,12 @@ GRITWELL_AVX2 inline __m256 stepLanes(float a, __m256 x) {
 
 GRITWELL_AVX2 inline __m256 jointMaskLanes(float joint, __m256 fraction) {
     return _mm256_sub_ps(stepLanes(joint, fraction), stepLanes(1.0f - joint, fraction));
+}
+
+// squaredDistance of (x, y) from (cx, cy), lane by lane.
+GRITWELL_AVX2 inline __m256 squaredDistanceLanes(__m256 x, __m256 y, __m256 cx, __m256 cy) {
+    const __m256 dx = _mm256_sub_ps(x, cx), dy = _mm256_sub_ps(y, cy);
+    return _mm256_add_ps(_mm256_mul_ps(dx, dx), _mm256_mul_ps(dy, dy));
 }
 
 // floorIndex, lane by lane: the conversion gives INT_MIN where truncToInt does.
@@ -296,11 +306,14 @@ GRITWELL_AVX2 inline __m256 shiftedByHalfLanes(__m256 coordinate, __m256 count) 
                             _mm256_cmp_ps(coordinate, _mm256_setzero_ps(), _CMP_GE_OQ));
 }
 
-// Eight points into out; the bits of the lanes runningBond must finish.
-GRITWELL_AVX2 int runningBond8(const BrickTexture3D::Record& r, const BondFrame& b, bool planar, const float* xs,
-                               const float* ys, const float* zs, float* out) {
-    const __m256 x = _mm256_loadu_ps(xs), y = _mm256_loadu_ps(ys);
-    const __m256 z = planar ? _mm256_set1_ps(0.5f) : _mm256_loadu_ps(zs);
+// Eight points into out.
+// Inlined into both callers, so each ends with the vzeroupper an AVX
+// function returning to SSE code needs: GCC leaves it out of a tail call
+// to another AVX function, and the caller's SSE instructions then wait on
+// the upper halves left dirty.
+[[gnu::always_inline]] GRITWELL_AVX2 inline void runningBondLanes(const BrickTexture3D::Record& r, const BondFrame& b, bool planar,
+                                          __m256 x, __m256 y, __m256 z, float* out) {
+    if (planar) z = _mm256_set1_ps(0.5f);
     __m256 s = _mm256_div_ps(x, _mm256_set1_ps(b.bw));
     __m256 t = _mm256_div_ps(y, _mm256_set1_ps(b.bh));
     __m256 u = _mm256_div_ps(z, _mm256_set1_ps(b.bd));
@@ -321,27 +334,192 @@ GRITWELL_AVX2 int runningBond8(const BrickTexture3D::Record& r, const BondFrame&
     if (r.randomizeColors != 0)
         brick = _mm256_add_ps(_mm256_mul_ps(_mm256_set1_ps(r.maxColor - r.minColor), CellNoise::cellNoise(sb, tb, ub)),
                               _mm256_set1_ps(r.minColor));
-    const __m256 result = PRMan::mix(_mm256_set1_ps(r.mortarColor), brick, coverage);
+    __m256 result = PRMan::mix(_mm256_set1_ps(r.mortarColor), brick, coverage);
+    if (r.roundedCornersEnabled != 0) {
+        // runningBond's four corner tests, any of which makes mortar of a
+        // point whose blend is the brick's own colour.
+        const float W = r.brickWidth, H = r.brickHeight, M = r.mortarThickness;
+        const float m = H < W ? H : W;
+        const float L = b.bh > b.bw ? b.bh : b.bw;
+        const __m256 qx = W == m ? _mm256_div_ps(_mm256_mul_ps(_mm256_set1_ps(b.bw), s), _mm256_set1_ps(b.bh)) : s;
+        const __m256 qy = W == m ? t : _mm256_div_ps(_mm256_mul_ps(_mm256_set1_ps(b.bh), t), _mm256_set1_ps(b.bw));
+        const float radius = r.roundedCornersRadius * (m / 2.0f / L);
+        const float c = M / 2.0f / L + radius;
+        const float ex = H == m ? 1.0f : b.bw / b.bh;
+        const float ey = H == m ? b.bh / b.bw : 1.0f;
+        const __m256 cv = _mm256_set1_ps(c), exc = _mm256_set1_ps(ex - c), eyc = _mm256_set1_ps(ey - c);
+        const __m256 nearX = _mm256_cmp_ps(cv, qx, _CMP_GE_OQ), nearY = _mm256_cmp_ps(cv, qy, _CMP_GE_OQ);
+        const __m256 farX = _mm256_cmp_ps(qx, exc, _CMP_GE_OQ), farY = _mm256_cmp_ps(qy, eyc, _CMP_GE_OQ);
+        const __m256 r2 = _mm256_set1_ps(radius * radius);
+        const auto outside = [&](__m256 inCorner, __m256 cx, __m256 cy) GRITWELL_AVX2 {
+            return _mm256_and_ps(inCorner, _mm256_cmp_ps(squaredDistanceLanes(qx, qy, cx, cy), r2, _CMP_GE_OQ));
+        };
+        const __m256 corner = _mm256_or_ps(
+            _mm256_or_ps(outside(_mm256_and_ps(nearX, nearY), cv, cv), outside(_mm256_and_ps(farX, nearY), exc, cv)),
+            _mm256_or_ps(outside(_mm256_and_ps(nearX, farY), cv, eyc), outside(_mm256_and_ps(farX, farY), exc, eyc)));
+        result = _mm256_blendv_ps(result, _mm256_set1_ps(r.mortarColor),
+                                  _mm256_and_ps(corner, _mm256_cmp_ps(result, brick, _CMP_EQ_OQ)));
+    }
     _mm256_storeu_ps(out, result);
-    if (r.roundedCornersEnabled == 0) return 0;
-    return _mm256_movemask_ps(_mm256_cmp_ps(result, brick, _CMP_EQ_OQ));
+}
+
+GRITWELL_AVX2 void runningBond8(const BrickTexture3D::Record& r, const BondFrame& b, bool planar, const float* xs,
+                                const float* ys, const float* zs, float* out) {
+    runningBondLanes(r, b, planar, _mm256_loadu_ps(xs), _mm256_loadu_ps(ys), _mm256_loadu_ps(zs), out);
+}
+
+// One point through the same lanes, in all eight of them. The scalar steps
+// guess a branch at every joint and half-brick shift, and those guesses,
+// as random as the points, cost a single call several times the arithmetic;
+// the lanes take none.
+GRITWELL_AVX2 float runningBondOnePoint(const BrickTexture3D::Record& r, int flags, float x, float y, float z) {
+    alignas(32) float lanes[8];
+    runningBondLanes(r, bondFrame(r), isPlanar(flags), _mm256_set1_ps(x), _mm256_set1_ps(y), _mm256_set1_ps(z), lanes);
+    return lanes[0];
+}
+
+// ---- The herringbone, eight points at a time --------------------------------
+//
+// herringbone with one lane per point, the same operations in the same
+// order, in double where it floors and tests parity, as far as the blend;
+// the choices between a vertical and a horizontal band and between the
+// ends of a brick are selects, and so are its rounded corners, as in the
+// running bond.
+
+GRITWELL_AVX2 inline __m256d floorLanes(__m256d v) {
+    return _mm256_round_pd(v, _MM_FROUND_TO_NEG_INF | _MM_FROUND_NO_EXC);
+}
+
+// isEvenFloor, lane by lane.
+GRITWELL_AVX2 inline __m256d isEvenFloorLanes(__m256d floored) {
+    const __m256d beyond = _mm256_cmp_pd(_mm256_andnot_pd(_mm256_set1_pd(-0.0), floored), _mm256_set1_pd(0x1p63),
+                                         _CMP_NLT_UQ);
+    return _mm256_or_pd(beyond, _mm256_cmp_pd(fmodTwo(floored), _mm256_setzero_pd(), _CMP_EQ_OQ));
+}
+
+// Whether the band of cell (i, j) is vertical: |fmodTwo(floor(j/2 + i/2))|
+// is not 0, NaN included.
+GRITWELL_AVX2 inline __m256d verticalBandLanes(__m256d i, __m256d j) {
+    const __m256d half = _mm256_set1_pd(0.5);
+    const __m256d band = fmodTwo(floorLanes(_mm256_add_pd(_mm256_mul_pd(half, j), _mm256_mul_pd(half, i))));
+    return _mm256_cmp_pd(band, _mm256_setzero_pd(), _CMP_NEQ_UQ);
+}
+
+[[gnu::always_inline]] GRITWELL_AVX2 inline void herringboneLanes(const BrickTexture3D::Record& r,
+                                                                 const HerringboneFrame& f, bool planar, __m256 x,
+                                                                 __m256 y, __m256 z, float* out) {
+    const __m256 s = _mm256_div_ps(x, _mm256_set1_ps(f.bh));
+    const __m256 t = _mm256_div_ps(y, _mm256_set1_ps(f.bh));
+    const __m256d half = _mm256_set1_pd(0.5);
+    __m256 u;
+    if (planar) {
+        const DoubleLanes8 zd = widen(z);
+        const __m256d depth = _mm256_set1_pd(static_cast<double>(f.bd));
+        u = narrow({_mm256_div_pd(_mm256_add_pd(zd.low, half), depth), _mm256_div_pd(_mm256_add_pd(zd.high, half), depth)});
+    } else {
+        u = _mm256_div_ps(z, _mm256_set1_ps(f.bd));
+    }
+    const DoubleLanes8 sd = widen(s), td = widen(t);
+    const DoubleLanes8 i = {floorLanes(sd.low), floorLanes(sd.high)};
+    const DoubleLanes8 j = {floorLanes(td.low), floorLanes(td.high)};
+    const __m256 vertical = narrowMask(verticalBandLanes(i.low, j.low), verticalBandLanes(i.high, j.high));
+    const __m256 fs = narrow({_mm256_sub_pd(sd.low, i.low), _mm256_sub_pd(sd.high, i.high)});
+    const __m256 ft = narrow({_mm256_sub_pd(td.low, j.low), _mm256_sub_pd(td.high, j.high)});
+    const __m256 fu = _mm256_sub_ps(u, _mm256_round_ps(u, _MM_FROUND_TO_NEG_INF | _MM_FROUND_NO_EXC));
+    const __m256 sEven = narrowMask(isEvenFloorLanes(i.low), isEvenFloorLanes(i.high));
+    const __m256 tEven = narrowMask(isEvenFloorLanes(j.low), isEvenFloorLanes(j.high));
+    const __m256 differ = _mm256_xor_ps(sEven, tEven);
+
+    // Vertical bands joint across x and at one end in y; horizontal ones
+    // the other way about.
+    const __m256 one = _mm256_set1_ps(1.0f);
+    const __m256 wsVertical = jointMaskLanes(f.mh, fs);
+    const __m256 htVertical =
+        _mm256_blendv_ps(stepLanes(f.mh, ft), _mm256_sub_ps(one, stepLanes(1.0f - f.mh, ft)), differ);
+    const __m256 htHorizontal = jointMaskLanes(f.mh, ft);
+    const __m256 wsHorizontal =
+        _mm256_blendv_ps(stepLanes(f.mh, fs), _mm256_sub_ps(one, stepLanes(1.0f - f.mh, fs)), differ);
+    const __m256 ws = _mm256_blendv_ps(wsHorizontal, wsVertical, vertical);
+    const __m256 ht = _mm256_blendv_ps(htHorizontal, htVertical, vertical);
+    const __m256 du = jointMaskLanes(f.md, fu);
+
+    __m256 brick = _mm256_set1_ps(r.brickColor);
+    if (r.randomizeColors != 0) {
+        const __m256 halfF = _mm256_set1_ps(0.5f);
+        const __m256 halfS = _mm256_mul_ps(halfF, s);
+        const __m256 oddRow = narrow({_mm256_add_pd(half, _mm256_mul_pd(half, td.low)),
+                                      _mm256_add_pd(half, _mm256_mul_pd(half, td.high))});
+        const __m256 cx = _mm256_blendv_ps(_mm256_blendv_ps(_mm256_add_ps(halfF, halfS), halfS, tEven), s, vertical);
+        const __m256 cy = _mm256_blendv_ps(t, _mm256_blendv_ps(oddRow, _mm256_mul_ps(halfF, t), sEven), vertical);
+        brick = _mm256_add_ps(_mm256_mul_ps(_mm256_set1_ps(r.maxColor - r.minColor), CellNoise::cellNoise(cx, cy, u)),
+                              _mm256_set1_ps(r.minColor));
+    }
+    __m256 result = PRMan::mix(_mm256_set1_ps(r.mortarColor), brick, _mm256_mul_ps(_mm256_mul_ps(ws, ht), du));
+    if (r.roundedCornersEnabled != 0) {
+        // herringbone's corner at the brick's outer end of the cell: a
+        // vertical band's end in y (the lower where the parities agree), a
+        // horizontal band's in x (the left where they agree); along the end,
+        // the corner the fraction is within c of, the nearer first.
+        const float radius = r.roundedCornersRadius * (r.brickHeight / 2.0f / f.bh);
+        const float c = r.mortarThickness / 2.0f / f.bh + radius;
+        const __m256 cv = _mm256_set1_ps(c), c1 = _mm256_set1_ps(1.0f - c);
+        const __m256 nearX = _mm256_cmp_ps(cv, fs, _CMP_GE_OQ), farX = _mm256_cmp_ps(fs, c1, _CMP_GE_OQ);
+        const __m256 nearY = _mm256_cmp_ps(cv, ft, _CMP_GE_OQ), farY = _mm256_cmp_ps(ft, c1, _CMP_GE_OQ);
+        const __m256 atEndX = _mm256_blendv_ps(nearX, farX, differ), atEndY = _mm256_blendv_ps(nearY, farY, differ);
+        const __m256 endCentre = _mm256_blendv_ps(cv, c1, differ);
+        const __m256 chosen = _mm256_blendv_ps(_mm256_and_ps(atEndX, _mm256_or_ps(nearY, farY)),
+                                               _mm256_and_ps(atEndY, _mm256_or_ps(nearX, farX)), vertical);
+        const __m256 cx = _mm256_blendv_ps(endCentre, _mm256_blendv_ps(c1, cv, nearX), vertical);
+        const __m256 cy = _mm256_blendv_ps(_mm256_blendv_ps(c1, cv, nearY), endCentre, vertical);
+        const __m256 outside =
+            _mm256_cmp_ps(squaredDistanceLanes(fs, ft, cx, cy), _mm256_set1_ps(radius * radius), _CMP_GE_OQ);
+        result = _mm256_blendv_ps(result, _mm256_set1_ps(r.mortarColor),
+                                  _mm256_and_ps(_mm256_and_ps(chosen, outside), _mm256_cmp_ps(result, brick, _CMP_EQ_OQ)));
+    }
+    _mm256_storeu_ps(out, result);
+}
+
+GRITWELL_AVX2 void herringbone8(const BrickTexture3D::Record& r, const HerringboneFrame& f, bool planar,
+                                const float* xs, const float* ys, const float* zs, float* out) {
+    herringboneLanes(r, f, planar, _mm256_loadu_ps(xs), _mm256_loadu_ps(ys), _mm256_loadu_ps(zs), out);
+}
+
+GRITWELL_AVX2 float herringboneOnePoint(const BrickTexture3D::Record& r, int flags, float x, float y, float z) {
+    alignas(32) float lanes[8];
+    herringboneLanes(r, herringboneFrame(r), isPlanar(flags), _mm256_set1_ps(x), _mm256_set1_ps(y), _mm256_set1_ps(z),
+                     lanes);
+    return lanes[0];
 }
 
 }  // namespace
 
+float BrickTexture3D::evaluate(const Record& r, int flags, float x, float y, float z) {
+    const bool lanes = simdLevel() >= SimdLevel::kAvx2;
+    switch (static_cast<Pattern>(r.pattern)) {
+        case RUNNING_BOND:
+            return lanes ? runningBondOnePoint(r, flags, x, y, z) : runningBond(r, flags, x, y, z);
+        case HERRINGBONE:
+        default:  // every value other than 1
+            return lanes ? herringboneOnePoint(r, flags, x, y, z) : herringbone(r, flags, x, y, z);
+    }
+}
+
 void BrickTexture3D::evaluateBlock(const Record& r, int flags, const float* points, int n, float* out) {
-    if (static_cast<Pattern>(r.pattern) != RUNNING_BOND || simdLevel() < SimdLevel::kAvx2) {
+    if (simdLevel() < SimdLevel::kAvx2) {
         evaluateEach(r, flags, points, n, out);
         return;
     }
     const PointBlock p(points, n, 1.0f);
-    const BondFrame frame = bondFrame(r);
     const bool planar = isPlanar(flags);
+    const bool bond = static_cast<Pattern>(r.pattern) == RUNNING_BOND;
+    const BondFrame bondCells = bondFrame(r);
+    const HerringboneFrame herringboneCells = herringboneFrame(r);
     int done = 0;
     for (; done + 8 <= n; done += 8) {
-        const int unfinished = runningBond8(r, frame, planar, p.x + done, p.y + done, p.z + done, out + done);
-        for (int k = 0; k < 8; ++k)
-            if (unfinished & (1 << k)) out[done + k] = runningBond(r, flags, p.x[done + k], p.y[done + k], p.z[done + k]);
+        if (bond)
+            runningBond8(r, bondCells, planar, p.x + done, p.y + done, p.z + done, out + done);
+        else
+            herringbone8(r, herringboneCells, planar, p.x + done, p.y + done, p.z + done, out + done);
     }
     evaluateEach(r, flags, points + 3 * done, n - done, out + done);
 }

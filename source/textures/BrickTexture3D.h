@@ -67,9 +67,10 @@ public:
     static constexpr int kOlderMajorVersions[] = {3};
 
     // The brick or the mortar intensity at the point (any float, NaN in a
-    // zero-sized brick): running bond for pattern 1, herringbone otherwise.
+    // zero-sized brick): running bond for pattern 1, herringbone otherwise;
+    // on processors with AVX2 through the block's lane steps, the same bits.
     static float evaluate(const Record& r, int flags, float x, float y, float z);
-    // The same for a block of points: the running bond eight at a time on
+    // The same for a block of points: either pattern eight at a time on
     // processors with AVX2.
     static void evaluateBlock(const Record& r, int flags, const float* points, int n, float* out);
     // The two bonds themselves, whatever the record's pattern says.

@@ -183,9 +183,10 @@ float WeaveTexture3D::herringbone(const Record& r, float x, float y) {
 //
 // simple with one lane per point: the two layers of threads chosen lane by
 // lane by the cell's parity (which thread lies underneath), each a pulse,
-// a blend and, where the thread covers the point, its shading. The sine
-// of each shaded lane is sineToFloat's, one lane at a time; the rest is
-// the same operations in the same order across the lanes.
+// a blend and, where the thread covers the point, its shading. The sines
+// take sineToFloat's short road four lanes at a time, and the few lanes it
+// leaves sineToFloat itself; the rest is the same operations in the same
+// order across the lanes.
 
 namespace {
 
@@ -216,12 +217,18 @@ GRITWELL_AVX2 inline __m256 threadLanes(bool randomize, float plain, float lo, f
 GRITWELL_AVX2 inline __m256 shadeLanes(__m256 c, __m256 strength, __m256d angleLow, __m256d angleHigh, __m256 shaded) {
     const int lanes = _mm256_movemask_ps(shaded);
     if (lanes == 0) return c;
-    alignas(32) double angle[8];
-    alignas(32) float wave[8] = {};
-    _mm256_store_pd(angle, angleLow);
-    _mm256_store_pd(angle + 4, angleHigh);
-    for (int k = 0; k < 8; ++k)
-        if (lanes & (1 << k)) wave[k] = sineToFloat(angle[k]);
+    __m128 waveLow, waveHigh;
+    const int settled = sineToFloatSettled(angleLow, waveLow) | sineToFloatSettled(angleHigh, waveHigh) << 4;
+    alignas(32) float wave[8];
+    _mm256_store_ps(wave, _mm256_set_m128(waveHigh, waveLow));
+    // The shaded lanes the short road leaves, seldom more than none.
+    if (const int rest = lanes & ~settled; rest != 0) {
+        alignas(32) double angle[8];
+        _mm256_store_pd(angle, angleLow);
+        _mm256_store_pd(angle + 4, angleHigh);
+        for (int k = 0; k < 8; ++k)
+            if (rest & (1 << k)) wave[k] = sineToFloat(angle[k]);
+    }
     const __m256 term = _mm256_div_ps(_mm256_load_ps(wave), _mm256_div_ps(_mm256_set1_ps(2.0f), strength));
     const DoubleLanes8 sd = widen(strength), td = widen(term);
     const __m256d half = _mm256_set1_pd(0.5), one = _mm256_set1_pd(1.0);
@@ -283,13 +290,96 @@ GRITWELL_AVX2 void simple8(const WeaveTexture3D::Record& r, const float* xs, con
     _mm256_storeu_ps(out, c);
 }
 
+// ---- The twill, eight points at a time ----------------------------------------
+//
+// herringbone with one lane per point, as the plain weave's lanes: the
+// band picks which thread is the first layer, the parities which quarter
+// wave each shading takes, both as selects; floors, parities and angles
+// in double as herringbone has them.
+
+GRITWELL_AVX2 inline __m256d floorLanes(__m256d v) { return _mm256_round_pd(v, _MM_FROUND_TO_NEG_INF | _MM_FROUND_NO_EXC); }
+
+// isEvenFloor, lane by lane.
+GRITWELL_AVX2 inline __m256d isEvenFloorLanes(__m256d floored) {
+    return _mm256_cmp_pd(fmodTwo(floored), _mm256_setzero_pd(), _CMP_EQ_OQ);
+}
+
+// Four of the twill's angles: `near` + f kHalfPi where the parities agree,
+// `far` + f kHalfPi where they differ, f a float fraction.
+GRITWELL_AVX2 inline __m256d twillAngles(__m256d f, double near, double far, __m256d differ) {
+    const __m256d quarter = _mm256_mul_pd(f, _mm256_set1_pd(kHalfPi));
+    const __m256d agree = near == 0.0 ? quarter : _mm256_add_pd(_mm256_set1_pd(near), quarter);
+    return _mm256_blendv_pd(agree, _mm256_add_pd(_mm256_set1_pd(far), quarter), differ);
+}
+
+GRITWELL_AVX2 void twill8(const WeaveTexture3D::Record& r, const float* xs, const float* ys, float* out) {
+    const __m256 x = _mm256_loadu_ps(xs), y = _mm256_loadu_ps(ys);
+    const __m256i ix = cellIndex(x), iy = cellIndex(y);
+    const __m256 hc = threadLanes(r.horizontalRandomize != 0, r.horizontalColor, r.horizontalMinColor,
+                                  r.horizontalMaxColor, iy);
+    const __m256 vc =
+        threadLanes(r.verticalRandomize != 0, r.verticalColor, r.verticalMinColor, r.verticalMaxColor, ix);
+    const __m256 h0 = _mm256_set1_ps(0.5f - r.horizontalWidth / 2.0f), h1 = _mm256_set1_ps(0.5f + r.horizontalWidth / 2.0f);
+    const __m256 va = _mm256_set1_ps(0.5f - r.verticalWidth / 2.0f), vb = _mm256_set1_ps(0.5f + r.verticalWidth / 2.0f);
+    const DoubleLanes8 xd = widen(x), yd = widen(y);
+    const DoubleLanes8 i = {floorLanes(xd.low), floorLanes(xd.high)}, j = {floorLanes(yd.low), floorLanes(yd.high)};
+    const __m256 fx = narrow({_mm256_sub_pd(xd.low, i.low), _mm256_sub_pd(xd.high, i.high)});
+    const __m256 fy = narrow({_mm256_sub_pd(yd.low, j.low), _mm256_sub_pd(yd.high, j.high)});
+    const __m256d half = _mm256_set1_pd(0.5);
+    // Band 0 (the vertical thread first); a NaN band is band 1.
+    auto bandZeroOf = [&](__m256d ii, __m256d jj) GRITWELL_AVX2 {
+        const __m256d band = fmodTwo(floorLanes(_mm256_add_pd(_mm256_mul_pd(half, jj), _mm256_mul_pd(half, ii))));
+        return _mm256_cmp_pd(band, _mm256_setzero_pd(), _CMP_EQ_OQ);
+    };
+    const DoubleLanes8 bandZero = {bandZeroOf(i.low, j.low), bandZeroOf(i.high, j.high)};
+    const DoubleLanes8 differ = {_mm256_xor_pd(isEvenFloorLanes(i.low), isEvenFloorLanes(j.low)),
+                                 _mm256_xor_pd(isEvenFloorLanes(i.high), isEvenFloorLanes(j.high))};
+    const __m256 verticalFirst = narrowMask(bandZero.low, bandZero.high);
+    auto pick = [&](__m256 ifVerticalFirst, __m256 otherwise) GRITWELL_AVX2 {
+        return _mm256_blendv_ps(otherwise, ifVerticalFirst, verticalFirst);
+    };
+    const __m256 hp = squarepulseLanes(h0, h1, fy), vp = squarepulseLanes(va, vb, fx);
+    const __m256 sH = _mm256_set1_ps(r.shadingHorizontalStrength), sV = _mm256_set1_ps(r.shadingVerticalStrength);
+    const __m256 one = _mm256_set1_ps(1.0f);
+    const bool shading = r.shadingEnable != 0;
+    const DoubleLanes8 fxw = widen(fx), fyw = widen(fy);
+
+    // First layer: its quarter wave from pi (3 pi / 2 where the parities
+    // differ) along the other thread's fraction.
+    const __m256 p1 = pick(vp, hp);
+    __m256 c = PRMan::mix(_mm256_set1_ps(r.backgroundColor), pick(vc, hc), p1);
+    if (shading) {
+        const __m256d a1Low =
+            twillAngles(_mm256_blendv_pd(fxw.low, fyw.low, bandZero.low), kPi, kThreeHalfPi, differ.low);
+        const __m256d a1High =
+            twillAngles(_mm256_blendv_pd(fxw.high, fyw.high, bandZero.high), kPi, kThreeHalfPi, differ.high);
+        c = shadeLanes(c, pick(sV, sH), a1Low, a1High, _mm256_cmp_ps(p1, one, _CMP_EQ_OQ));
+    }
+    // Second layer: from 0 (pi / 2) along its own fraction.
+    const __m256 p2 = pick(hp, vp);
+    c = PRMan::mix(c, pick(hc, vc), p2);
+    if (shading) {
+        const __m256d a2Low = twillAngles(_mm256_blendv_pd(fyw.low, fxw.low, bandZero.low), 0.0, kHalfPi, differ.low);
+        const __m256d a2High =
+            twillAngles(_mm256_blendv_pd(fyw.high, fxw.high, bandZero.high), 0.0, kHalfPi, differ.high);
+        c = shadeLanes(c, pick(sH, sV), a2Low, a2High, _mm256_cmp_ps(p2, one, _CMP_EQ_OQ));
+    }
+    _mm256_storeu_ps(out, c);
+}
+
 }  // namespace
 
 void WeaveTexture3D::evaluateBlock(const Record& r, int flags, const float* points, int n, float* out) {
     int done = 0;
-    if (static_cast<Pattern>(r.pattern) == WEAVE_SIMPLE && simdLevel() >= SimdLevel::kAvx2) {
+    if (simdLevel() >= SimdLevel::kAvx2) {
         const PointBlock p(points, n, 1.0f);
-        for (; done + 8 <= n; done += 8) simple8(r, p.x + done, p.y + done, out + done);
+        const bool plain = static_cast<Pattern>(r.pattern) == WEAVE_SIMPLE;
+        for (; done + 8 <= n; done += 8) {
+            if (plain)
+                simple8(r, p.x + done, p.y + done, out + done);
+            else
+                twill8(r, p.x + done, p.y + done, out + done);
+        }
     }
     evaluateEach(r, flags, points + 3 * done, n - done, out + done);
 }

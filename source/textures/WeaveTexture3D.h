@@ -69,7 +69,7 @@ public:
     // lies on a shaded thread); z and the flags are ignored. Plain weave for
     // pattern 0, herringbone for every other value.
     static float evaluate(const Record& r, int flags, float x, float y, float z);
-    // The same for a block of points: the plain weave eight at a time on
+    // The same for a block of points: either weave eight at a time on
     // processors with AVX2.
     static void evaluateBlock(const Record& r, int flags, const float* points, int n, float* out);
     // The two weaves themselves, whatever the record's pattern says.

@@ -10,6 +10,7 @@
 
 #include "core/FloatToInt.h"
 #include "core/Rounding.h"
+#include "core/SimdLevel.h"
 #include "core/SineToFloat.h"
 
 using namespace gritwell;
@@ -67,6 +68,9 @@ TEST(Rounding, FloorAndCeilingThroughRoundToNearest) {
     EXPECT_EQ(Floor(std::nan("")), INT_MIN >> 1);
 }
 
+// fmodTwo on four doubles.
+GRITWELL_AVX2 void remaindersOfTwo(const double* v, double* out) { _mm256_storeu_pd(out, fmodTwo(_mm256_loadu_pd(v))); }
+
 TEST(Rounding, RemaindersOfOneAndTwoAreTheLibrarys) {
     // Signed zeros, fractions at every scale, the thresholds where a value
     // stops having a fraction (2^23 in float, 2^52 and 2^53 in double), odd
@@ -87,6 +91,21 @@ TEST(Rounding, RemaindersOfOneAndTwoAreTheLibrarys) {
         const float f = static_cast<float>(v);
         EXPECT_EQ(fbits(fmodOne(f)), fbits(std::fmod(f, 1.0f))) << f;
     }
+    if (supportedSimdLevel(SimdLevel::kAvx2) != SimdLevel::kAvx2) return;
+    for (std::size_t i = 0; i + 4 <= values.size(); i += 4) {
+        double lanes[4];
+        remaindersOfTwo(&values[i], lanes);
+        for (int k = 0; k < 4; ++k)
+            EXPECT_EQ(bits(lanes[k]), bits(std::fmod(values[i + k], 2.0))) << "four lanes, " << values[i + k];
+    }
+}
+
+// sineToFloatSettled on four angles.
+GRITWELL_AVX2 int settleSines(const double* angles, float* out) {
+    __m128 lanes;
+    const int settled = sineToFloatSettled(_mm256_loadu_pd(angles), lanes);
+    _mm_storeu_ps(out, lanes);
+    return settled;
 }
 
 TEST(SineToFloat, IsTheLibrarysSineRoundedToFloat) {
@@ -117,6 +136,22 @@ TEST(SineToFloat, IsTheLibrarysSineRoundedToFloat) {
     for (const double a : angles)
         if (fbits(sineToFloat(a)) != fbits(static_cast<float>(std::sin(a))) && ++wrong <= 5)
             ADD_FAILURE() << "angle " << a << ": " << sineToFloat(a) << " instead of " << static_cast<float>(std::sin(a));
+
+    // The four-lane short road: every lane it settles is sineToFloat's, and
+    // it settles all but those past its range and the rare few near a midpoint.
+    if (supportedSimdLevel(SimdLevel::kAvx2) != SimdLevel::kAvx2) return;
+    std::size_t settledCount = 0;
+    for (std::size_t i = 0; i + 4 <= angles.size(); i += 4) {
+        float lanes[4];
+        const int settled = settleSines(&angles[i], lanes);
+        for (int k = 0; k < 4; ++k) {
+            if (!(settled & (1 << k))) continue;
+            ++settledCount;
+            if (fbits(lanes[k]) != fbits(sineToFloat(angles[i + k])) && ++wrong <= 5)
+                ADD_FAILURE() << "four lanes, angle " << angles[i + k] << ": " << lanes[k];
+        }
+    }
+    EXPECT_GT(settledCount, angles.size() * 95 / 100);
 }
 
 TEST(Rounding, BilinearAndPolar) {
