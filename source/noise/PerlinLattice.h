@@ -9,8 +9,8 @@
 // Each step is plain scalar code first, its definition. Where a kernel needs
 // it across lanes, the lane form follows, with the same operations in the
 // same order, so that every lane rounds as the scalar code does: four lanes
-// for the one-point kernels (SSE2, any x86-64), eight on AVX2, sixteen on
-// AVX-512.
+// for the one-point kernels and the batch kernels of any x86-64 (SSE2),
+// eight on AVX2, sixteen on AVX-512.
 
 #include <array>
 #include <cstddef>
@@ -77,6 +77,19 @@ inline Axis axis(float c) {
 // Four lanes, for the one-point kernels: (x, y, z, 0) in one register, the
 // offsets f0 of all three axes at once.
 inline __m128 nearOffsets(__m128 p) { return _mm_sub_ps(p, _mm_cvtepi32_ps(cellIndex(p))); }
+
+// Four points, for the SSE2 batch kernels: the same cell, low byte and
+// offsets per lane as axis.
+struct AxisLanes4 {
+    __m128i i;
+    __m128 f0, f1;
+};
+
+inline AxisLanes4 axis(__m128 c) {
+    const __m128i cell = cellIndex(c);
+    const __m128 f0 = _mm_sub_ps(c, _mm_cvtepi32_ps(cell));
+    return {_mm_and_si128(cell, _mm_set1_epi32(255)), f0, _mm_sub_ps(f0, _mm_set1_ps(1.0f))};
+}
 
 struct AxisLanes8 {
     __m256i i;
@@ -171,6 +184,13 @@ inline std::uint64_t packedCornerHashes(unsigned ix, unsigned iy, unsigned iz) {
     return (aa | (ba << 16)) | ((ab | (bb << 16)) << 32);
 }
 
+// The plane's form, for the SSE2 batch kernel: the four corners' gradient
+// bits, one byte each, corners 0, 2, 1, 3 from the low byte up.
+inline std::uint32_t packedCornerHashes(unsigned ix, unsigned iy) {
+    const unsigned px = pairAt(kPerm, ix);
+    return pairAt(kPermLow4, (px & 255) + iy) | (pairAt(kPermLow4, (px >> 8) + iy) << 16);
+}
+
 // Eight lanes: perm[i] and perm[i + 1] from one gathered word.
 struct PermPair8 {
     __m256i near, far;
@@ -254,6 +274,18 @@ inline __m128 gradient(__m128i h, __m128 x, __m128 y, __m128 z) {
     const __m128i signU = _mm_slli_epi32(h, 31);
     const __m128i signV = _mm_slli_epi32(_mm_and_si128(h, _mm_set1_epi32(2)), 30);
     return _mm_add_ps(_mm_xor_ps(u, _mm_castsi128_ps(signU)), _mm_xor_ps(v, _mm_castsi128_ps(signV)));
+}
+
+// Four lanes in 2-D; only the low three bits of h are read: u and v swap
+// where bit 2 is set.
+inline __m128 gradient(__m128i h, __m128 x, __m128 y) {
+    const __m128 swap = _mm_castsi128_ps(_mm_srai_epi32(_mm_slli_epi32(h, 29), 31));
+    const __m128 exchanged = _mm_and_ps(swap, _mm_xor_ps(x, y));
+    const __m128 u = _mm_xor_ps(x, exchanged);
+    const __m128 v = _mm_mul_ps(_mm_set1_ps(2.0f), _mm_xor_ps(y, exchanged));
+    const __m128 signU = _mm_castsi128_ps(_mm_slli_epi32(h, 31));
+    const __m128 signV = _mm_castsi128_ps(_mm_slli_epi32(_mm_srli_epi32(h, 1), 31));
+    return _mm_add_ps(_mm_xor_ps(u, signU), _mm_xor_ps(v, signV));
 }
 
 // Eight lanes; only the low four bits of h are read. Every test is made on a
