@@ -64,10 +64,12 @@ void noiseSse2(const float* xs, const float* ys, const float* zs, int n, float* 
         const AxisLanes4 ax = axis(_mm_loadu_ps(xs + k)), ay = axis(_mm_loadu_ps(ys + k)),
                          az = axis(_mm_loadu_ps(zs + k));
         const CellBytes4 cx = cellBytes(ax.i), cy = cellBytes(ay.i), cz = cellBytes(az.i);
-        std::uint64_t packed[4];
-        for (int p = 0; p < 4; ++p) packed[p] = packedCornerHashes(cx.lane[p], cy.lane[p], cz.lane[p]);
-        const __m128i lo = _mm_set_epi64x(static_cast<long long>(packed[1]), static_cast<long long>(packed[0]));
-        const __m128i hi = _mm_set_epi64x(static_cast<long long>(packed[3]), static_cast<long long>(packed[2]));
+        // Straight from general to vector registers: four words stored and
+        // read back as one would wait for the stores to drain.
+        const auto packed = [&](int p) {
+            return _mm_cvtsi64_si128(static_cast<long long>(packedCornerHashes(cx.lane[p], cy.lane[p], cz.lane[p])));
+        };
+        const __m128i lo = _mm_unpacklo_epi64(packed(0), packed(1)), hi = _mm_unpacklo_epi64(packed(2), packed(3));
         // Byte j of the four points together, in two interleavings: points 0
         // and 2 (and 1 and 3), then all four. A word's byte 2c holds corner c
         // and byte 2c + 1 corner c + 4.
@@ -94,10 +96,11 @@ void noiseSse2(const float* xs, const float* ys, int n, float* out) {
     for (; k + 4 <= n; k += 4) {
         const AxisLanes4 ax = axis(_mm_loadu_ps(xs + k)), ay = axis(_mm_loadu_ps(ys + k));
         const CellBytes4 cx = cellBytes(ax.i), cy = cellBytes(ay.i);
-        std::uint32_t packed[4];
-        for (int p = 0; p < 4; ++p) packed[p] = packedCornerHashes(cx.lane[p], cy.lane[p]);
-        const __m128i words = _mm_setr_epi32(static_cast<int>(packed[0]), static_cast<int>(packed[1]),
-                                             static_cast<int>(packed[2]), static_cast<int>(packed[3]));
+        const auto packed = [&](int p) {
+            return _mm_cvtsi32_si128(static_cast<int>(packedCornerHashes(cx.lane[p], cy.lane[p])));
+        };
+        const __m128i words = _mm_unpacklo_epi64(_mm_unpacklo_epi32(packed(0), packed(1)),
+                                                 _mm_unpacklo_epi32(packed(2), packed(3)));
         // Byte j of the four points together, in two interleavings: first
         // points 0 and 2 beside 1 and 3, then all four. A word's bytes are
         // corners 0, 2, 1, 3.
