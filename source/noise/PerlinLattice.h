@@ -260,17 +260,18 @@ GRITWELL_AVX512 inline void cornerHashes(const ByteTableLanes& perm, __m512i ix,
 // In 2-D: u = x for bit 2 clear, else y; v the other, doubled. In 1-D:
 // (1 + (h & 7)) x, negated where bit 3 of h is set.
 
-// Four lanes, h in 0..15.
+// Four lanes, h in 0..15. Each choice is a bit-exact a ^ ((a ^ b) & mask),
+// b where the mask is set; the masks for v are disjoint, so both fold into
+// z. The differences depend only on the offsets, so a kernel that inlines
+// several corners side by side computes each one once.
 inline __m128 gradient(__m128i h, __m128 x, __m128 y, __m128 z) {
-    auto select = [](__m128i mask, __m128 a, __m128 b) {
-        const __m128 m = _mm_castsi128_ps(mask);
-        return _mm_or_ps(_mm_and_ps(m, a), _mm_andnot_ps(m, b));
-    };
-    const __m128i useY = _mm_srai_epi32(_mm_slli_epi32(h, 28), 31);
-    const __m128i below4 = _mm_cmplt_epi32(h, _mm_set1_epi32(4));
-    const __m128i is12or14 = _mm_cmpeq_epi32(_mm_and_si128(h, _mm_set1_epi32(13)), _mm_set1_epi32(12));
-    const __m128 u = select(useY, y, x);
-    const __m128 v = select(below4, y, select(is12or14, x, z));
+    const __m128 useY = _mm_castsi128_ps(_mm_srai_epi32(_mm_slli_epi32(h, 28), 31));
+    const __m128 below4 = _mm_castsi128_ps(_mm_cmplt_epi32(h, _mm_set1_epi32(4)));
+    const __m128 is12or14 =
+        _mm_castsi128_ps(_mm_cmpeq_epi32(_mm_and_si128(h, _mm_set1_epi32(13)), _mm_set1_epi32(12)));
+    const __m128 u = _mm_xor_ps(x, _mm_and_ps(useY, _mm_xor_ps(x, y)));
+    const __m128 v =
+        _mm_xor_ps(_mm_xor_ps(z, _mm_and_ps(below4, _mm_xor_ps(y, z))), _mm_and_ps(is12or14, _mm_xor_ps(x, z)));
     const __m128i signU = _mm_slli_epi32(h, 31);
     const __m128i signV = _mm_slli_epi32(_mm_and_si128(h, _mm_set1_epi32(2)), 30);
     return _mm_add_ps(_mm_xor_ps(u, _mm_castsi128_ps(signU)), _mm_xor_ps(v, _mm_castsi128_ps(signV)));
