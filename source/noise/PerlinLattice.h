@@ -184,13 +184,6 @@ inline std::uint64_t packedCornerHashes(unsigned ix, unsigned iy, unsigned iz) {
     return (aa | (ba << 16)) | ((ab | (bb << 16)) << 32);
 }
 
-// The plane's form, for the SSE2 batch kernel: the four corners' gradient
-// bits, one byte each, corners 0, 2, 1, 3 from the low byte up.
-inline std::uint32_t packedCornerHashes(unsigned ix, unsigned iy) {
-    const unsigned px = pairAt(kPerm, ix);
-    return pairAt(kPermLow4, (px & 255) + iy) | (pairAt(kPermLow4, (px >> 8) + iy) << 16);
-}
-
 // Eight lanes: perm[i] and perm[i + 1] from one gathered word.
 struct PermPair8 {
     __m256i near, far;
