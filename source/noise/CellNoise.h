@@ -56,11 +56,19 @@ inline __m128i mulLow(__m128i a, __m128i b) {
     return _mm_unpacklo_epi32(_mm_shuffle_epi32(even, _MM_SHUFFLE(0, 0, 2, 0)),
                               _mm_shuffle_epi32(odd, _MM_SHUFFLE(0, 0, 2, 0)));
 }
+// The even and the odd lanes apart, each word in the low half of a 64-bit
+// lane, where pmuludq reads it; the high halves hold what no low half
+// reads, so the three products need no interleaving between them.
 inline __m128i hash(__m128i n) {
     n = _mm_xor_si128(n, _mm_slli_epi32(n, kHashShift));
-    const __m128i inner =
-        _mm_add_epi32(mulLow(mulLow(n, n), _mm_set1_epi32(kHashSquare)), _mm_set1_epi32(kHashLinear));
-    return _mm_add_epi32(mulLow(n, inner), _mm_set1_epi32(kHashOffset));
+    const auto inLowHalves = [](__m128i m) {
+        const __m128i inner = _mm_add_epi32(_mm_mul_epu32(_mm_mul_epu32(m, m), _mm_set1_epi32(kHashSquare)),
+                                            _mm_set1_epi32(kHashLinear));
+        return _mm_add_epi32(_mm_mul_epu32(m, inner), _mm_set1_epi32(kHashOffset));
+    };
+    const __m128i even = inLowHalves(n), odd = inLowHalves(_mm_srli_epi64(n, 32));
+    return _mm_unpacklo_epi32(_mm_shuffle_epi32(even, _MM_SHUFFLE(0, 0, 2, 0)),
+                              _mm_shuffle_epi32(odd, _MM_SHUFFLE(0, 0, 2, 0)));
 }
 // As the eight-lane form: SSE2 converts only signed words, so the 16-bit
 // halves convert exactly and their sum rounds once.
