@@ -2,8 +2,10 @@
 // Which vector instruction set the batch paths use.
 //
 // Batch kernels exist for AVX2 and for AVX-512 with byte permutes (VBMI);
-// every other x86-64 processor takes the scalar path. All levels give the
-// same bits, so the choice only changes speed.
+// every other x86-64 processor takes the scalar level, which is plain code
+// and, where a batch path has them, four-lane kernels on SSE2, the baseline
+// of every x86-64. All levels give the same bits, so the choice only changes
+// speed.
 
 #include <atomic>
 #include <optional>

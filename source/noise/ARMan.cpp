@@ -162,7 +162,7 @@ void nearestInSpace(const float* P, float jitter, float& f1, float* pos1) {
 
 }  // namespace
 
-// ---- The searches, sixteen or eight points at a time -------------------------
+// ---- The searches, sixteen, eight or four points at a time -------------------
 //
 // voronoi_f1f2_2d's and voronoi_f1_3d's searches, one lane per point, with
 // the same operations in the same order: the cell hash on 32-bit lanes, the
@@ -353,6 +353,101 @@ GRITWELL_AVX2 void twoNearest8(const float* xs, const float* ys, float jitter, f
     _mm256_storeu_ps(sy, cy2);
 }
 
+// ---- Four points at a time, on any x86-64 (SSE2) ----------------------------
+//
+// The eight-lane searches on four lanes: SSE2 has no blend, so each choice
+// is made with the comparison's mask (and, andnot, or).
+
+inline __m128 centreLanes(__m128 v) {
+    const DoubleLanes4 cell = widen(cellIndex(v));
+    const __m128d half = _mm_set1_pd(0.5);
+    return narrow({_mm_add_pd(cell.low, half), _mm_add_pd(cell.high, half)});
+}
+
+inline __m128 placeLanes(__m128 t, __m128d jitter, __m128 r) {
+    const DoubleLanes4 th = widen(t), rh = widen(r);
+    const __m128d half = _mm_set1_pd(0.5);
+    return narrow({_mm_add_pd(th.low, _mm_mul_pd(jitter, _mm_sub_pd(rh.low, half))),
+                   _mm_add_pd(th.high, _mm_mul_pd(jitter, _mm_sub_pd(rh.high, half)))});
+}
+
+inline __m128 rootLanes(__m128 squared) {
+    const DoubleLanes4 d = widen(squared);
+    return narrow({_mm_sqrt_pd(d.low), _mm_sqrt_pd(d.high)});
+}
+
+// b where mask is set, else a (blendv's operand order).
+inline __m128 blend(__m128 a, __m128 b, __m128 mask) { return _mm_or_ps(_mm_and_ps(mask, b), _mm_andnot_ps(mask, a)); }
+
+void nearest4(const float* xs, const float* ys, const float* zs, float jitter, float* f1, float* nx, float* ny,
+              float* nz) {
+    const __m128 px = _mm_loadu_ps(xs), py = _mm_loadu_ps(ys), pz = _mm_loadu_ps(zs);
+    const __m128 cx = centreLanes(px), cy = centreLanes(py), cz = centreLanes(pz);
+    const __m128d jitterLanes = _mm_set1_pd(static_cast<double>(jitter));
+    __m128 d1 = _mm_set1_ps(kFarAway);
+    __m128 bx = _mm_setzero_ps(), by = _mm_setzero_ps(), bz = _mm_setzero_ps();
+    for (int i = -1; i <= 1; ++i) {
+        const __m128 tx = _mm_add_ps(cx, _mm_set1_ps(static_cast<float>(i)));
+        for (int j = -1; j <= 1; ++j) {
+            const __m128 ty = _mm_add_ps(cy, _mm_set1_ps(static_cast<float>(j)));
+            for (int k = -1; k <= 1; ++k) {
+                const __m128 tz = _mm_add_ps(cz, _mm_set1_ps(static_cast<float>(k)));
+                const __m128 qx = placeLanes(tx, jitterLanes, CellNoise::cellNoise(tx, ty, tz));
+                const __m128 qy = placeLanes(ty, jitterLanes, CellNoise::cellNoise(ty, tz, tx));
+                const __m128 qz = placeLanes(tz, jitterLanes, CellNoise::cellNoise(tz, tx, ty));
+                const __m128 dx = _mm_sub_ps(px, qx), dy = _mm_sub_ps(py, qy), dz = _mm_sub_ps(pz, qz);
+                const __m128 d = _mm_add_ps(_mm_add_ps(_mm_mul_ps(dx, dx), _mm_mul_ps(dy, dy)), _mm_mul_ps(dz, dz));
+                const __m128 nearer = _mm_cmplt_ps(d, d1);
+                d1 = blend(d1, d, nearer);
+                bx = blend(bx, qx, nearer);
+                by = blend(by, qy, nearer);
+                bz = blend(bz, qz, nearer);
+            }
+        }
+    }
+    _mm_storeu_ps(f1, rootLanes(d1));
+    _mm_storeu_ps(nx, bx);
+    _mm_storeu_ps(ny, by);
+    _mm_storeu_ps(nz, bz);
+}
+
+void twoNearest4(const float* xs, const float* ys, float jitter, float* f1, float* f2, float* nx, float* ny,
+                 float* sx, float* sy) {
+    const __m128 px = _mm_loadu_ps(xs), py = _mm_loadu_ps(ys);
+    const __m128 cx = centreLanes(px), cy = centreLanes(py);
+    const __m128d jitterLanes = _mm_set1_pd(static_cast<double>(jitter));
+    const __m128 zero = _mm_setzero_ps();
+    __m128 d1 = _mm_set1_ps(kFarAway), d2 = d1;
+    __m128 bx = zero, by = zero, cx2 = zero, cy2 = zero;
+    for (int i = -1; i <= 1; ++i) {
+        const __m128 tx = _mm_add_ps(cx, _mm_set1_ps(static_cast<float>(i)));
+        for (int j = -1; j <= 1; ++j) {
+            const __m128 ty = _mm_add_ps(cy, _mm_set1_ps(static_cast<float>(j)));
+            const __m128 rx = CellNoise::cellNoise(tx, ty, zero);
+            const __m128 ry = CellNoise::cellNoise(_mm_add_ps(tx, _mm_set1_ps(23.0f)),
+                                                   _mm_sub_ps(ty, _mm_set1_ps(87.0f)), zero);
+            const __m128 qx = placeLanes(tx, jitterLanes, rx);
+            const __m128 qy = placeLanes(ty, jitterLanes, ry);
+            const __m128 dx = _mm_sub_ps(px, qx), dy = _mm_sub_ps(py, qy);
+            const __m128 d = _mm_add_ps(_mm_mul_ps(dx, dx), _mm_mul_ps(dy, dy));
+            const __m128 first = _mm_cmplt_ps(d, d1);
+            const __m128 second = _mm_andnot_ps(first, _mm_cmplt_ps(d, d2));
+            d2 = blend(blend(d2, d, second), d1, first);
+            cx2 = blend(blend(cx2, qx, second), bx, first);
+            cy2 = blend(blend(cy2, qy, second), by, first);
+            d1 = blend(d1, d, first);
+            bx = blend(bx, qx, first);
+            by = blend(by, qy, first);
+        }
+    }
+    _mm_storeu_ps(f1, rootLanes(d1));
+    _mm_storeu_ps(f2, rootLanes(d2));
+    _mm_storeu_ps(nx, bx);
+    _mm_storeu_ps(ny, by);
+    _mm_storeu_ps(sx, cx2);
+    _mm_storeu_ps(sy, cy2);
+}
+
 // ---- One point, its cells across the lanes ---------------------------------
 //
 // The one-point searches with the lanes turned the other way: a point's 27
@@ -466,6 +561,9 @@ void voronoi_f1f2_2d(const float* x, const float* y, int n, float jitter, float*
         for (; done + 8 <= n; done += 8)
             twoNearest8(x + done, y + done, jitter, f1 + done, f2 + done, nearestX + done, nearestY + done,
                         secondX + done, secondY + done);
+    for (; done + 4 <= n; done += 4)
+        twoNearest4(x + done, y + done, jitter, f1 + done, f2 + done, nearestX + done, nearestY + done,
+                    secondX + done, secondY + done);
     for (; done < n; ++done) {
         const float p[2] = {x[done], y[done]};
         float pos1[2], pos2[2];
@@ -489,6 +587,8 @@ void voronoi_f1_3d(const float* x, const float* y, const float* z, int n, float 
         for (; done + 8 <= n; done += 8)
             nearest8(x + done, y + done, z + done, jitter, f1 + done, nearestX + done, nearestY + done,
                      nearestZ + done);
+    for (; done + 4 <= n; done += 4)
+        nearest4(x + done, y + done, z + done, jitter, f1 + done, nearestX + done, nearestY + done, nearestZ + done);
     for (; done < n; ++done) {
         const float p[3] = {x[done], y[done], z[done]};
         float pos1[3];

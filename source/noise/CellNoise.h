@@ -44,6 +44,47 @@ inline float cellNoise(float x, float y, float z) {
         detail::hash(detail::cell(y) * detail::kRowStride + detail::cell(z) * detail::kLayerStride + detail::cell(x)));
 }
 
+// ---- Four lanes (SSE2, any x86-64): the same steps, lane by lane -------------
+
+namespace detail {
+// The low 32 bits of each lane's product, as pmulld gives them: SSE2
+// multiplies only the even lanes to 64 bits, so the odd ones are shifted
+// down, multiplied alike, and the low halves interleaved back.
+inline __m128i mulLow(__m128i a, __m128i b) {
+    const __m128i even = _mm_mul_epu32(a, b);
+    const __m128i odd = _mm_mul_epu32(_mm_srli_epi64(a, 32), _mm_srli_epi64(b, 32));
+    return _mm_unpacklo_epi32(_mm_shuffle_epi32(even, _MM_SHUFFLE(0, 0, 2, 0)),
+                              _mm_shuffle_epi32(odd, _MM_SHUFFLE(0, 0, 2, 0)));
+}
+// The even and the odd lanes apart, each word in the low half of a 64-bit
+// lane, where pmuludq reads it; the high halves hold what no low half
+// reads, so the three products need no interleaving between them.
+inline __m128i hash(__m128i n) {
+    n = _mm_xor_si128(n, _mm_slli_epi32(n, kHashShift));
+    const auto inLowHalves = [](__m128i m) {
+        const __m128i inner = _mm_add_epi32(_mm_mul_epu32(_mm_mul_epu32(m, m), _mm_set1_epi32(kHashSquare)),
+                                            _mm_set1_epi32(kHashLinear));
+        return _mm_add_epi32(_mm_mul_epu32(m, inner), _mm_set1_epi32(kHashOffset));
+    };
+    const __m128i even = inLowHalves(n), odd = inLowHalves(_mm_srli_epi64(n, 32));
+    return _mm_unpacklo_epi32(_mm_shuffle_epi32(even, _MM_SHUFFLE(0, 0, 2, 0)),
+                              _mm_shuffle_epi32(odd, _MM_SHUFFLE(0, 0, 2, 0)));
+}
+// As the eight-lane form: SSE2 converts only signed words, so the 16-bit
+// halves convert exactly and their sum rounds once.
+inline __m128 unitFromUnsigned(__m128i h) {
+    const __m128 high = _mm_cvtepi32_ps(_mm_srli_epi32(h, 16));
+    const __m128 low = _mm_cvtepi32_ps(_mm_and_si128(h, _mm_set1_epi32(0xffff)));
+    return _mm_div_ps(_mm_add_ps(_mm_mul_ps(high, _mm_set1_ps(65536.0f)), low), _mm_set1_ps(4294967296.0f));
+}
+}  // namespace detail
+
+inline __m128 cellNoise(__m128 x, __m128 y, __m128 z) {
+    const __m128i yz = _mm_add_epi32(detail::mulLow(cellIndex(y), _mm_set1_epi32(detail::kRowStride)),
+                                     detail::mulLow(cellIndex(z), _mm_set1_epi32(detail::kLayerStride)));
+    return detail::unitFromUnsigned(detail::hash(_mm_add_epi32(yz, cellIndex(x))));
+}
+
 // ---- Eight lanes (AVX2): the same steps, lane by lane ------------------------
 
 namespace detail {

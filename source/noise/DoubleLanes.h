@@ -1,7 +1,8 @@
 #pragma once
 // Float lanes as two registers of doubles and back, for the vector kernels
 // whose scalar forms compute in double and round to float: sixteen lanes for
-// code compiled for the AVX-512 level, eight for code compiled for AVX2.
+// code compiled for the AVX-512 level, eight for code compiled for AVX2, four
+// for any x86-64 (SSE2).
 
 #include "core/SimdTargets.h"
 
@@ -46,5 +47,16 @@ GRITWELL_AVX2 inline __m256 narrowMask(__m256d low, __m256d high) {
     return _mm256_set_m128(_mm256_castps256_ps128(_mm256_permutevar8x32_ps(_mm256_castpd_ps(high), upperHalves)),
                            _mm256_castps256_ps128(_mm256_permutevar8x32_ps(_mm256_castpd_ps(low), upperHalves)));
 }
+
+struct DoubleLanes4 {
+    __m128d low, high;  // lanes 0..1 and 2..3
+};
+
+inline DoubleLanes4 widen(__m128 v) { return {_mm_cvtps_pd(v), _mm_cvtps_pd(_mm_movehl_ps(v, v))}; }
+
+// Four int lanes, each exactly as a double.
+inline DoubleLanes4 widen(__m128i v) { return {_mm_cvtepi32_pd(v), _mm_cvtepi32_pd(_mm_unpackhi_epi64(v, v))}; }
+
+inline __m128 narrow(const DoubleLanes4& d) { return _mm_movelh_ps(_mm_cvtpd_ps(d.low), _mm_cvtpd_ps(d.high)); }
 
 }  // namespace gritwell

@@ -28,6 +28,109 @@ void noiseScalar(const float* x, const float* y, int n, float* out) {
     for (int i = 0; i < n; ++i) out[i] = Perlin::noise(x[i], y[i]);
 }
 
+// ---- SSE2: four points per step, the hash chain in general registers -------
+//
+// SSE2 has no gather, so each point's chain runs as the one-point kernel's
+// does (pairs of entries per read, the last from kPermLow4), the four
+// chains independent of each other; the rest is the wider kernels'
+// arithmetic.
+
+// The cell bytes of four points' lanes, for the chains in general registers.
+struct CellBytes4 {
+    alignas(16) unsigned lane[4];
+};
+
+inline CellBytes4 cellBytes(__m128i i) {
+    CellBytes4 c;
+    _mm_store_si128(reinterpret_cast<__m128i*>(c.lane), i);
+    return c;
+}
+
+// Point P's chain in space, its last four reads (each the near-z and far-z
+// corner of one x, y column) inserted as 16-bit words straight from the
+// table: word P of nearY (y0) or farY (y1) for the x0 column, word P + 4
+// for the x1 column.
+template <int P>
+[[gnu::always_inline]] inline void columnPairs(const CellBytes4& cx, const CellBytes4& cy, const CellBytes4& cz,
+                                               __m128i& nearY, __m128i& farY) {
+    const unsigned px = pairAt(kPerm, cx.lane[P]);
+    const unsigned pa = pairAt(kPerm, (px & 255) + cy.lane[P]), pb = pairAt(kPerm, (px >> 8) + cy.lane[P]);
+    const unsigned iz = cz.lane[P];
+    nearY = _mm_insert_epi16(nearY, static_cast<int>(pairAt(kPermLow4, (pa & 255) + iz)), P);
+    nearY = _mm_insert_epi16(nearY, static_cast<int>(pairAt(kPermLow4, (pb & 255) + iz)), P + 4);
+    farY = _mm_insert_epi16(farY, static_cast<int>(pairAt(kPermLow4, (pa >> 8) + iz)), P);
+    farY = _mm_insert_epi16(farY, static_cast<int>(pairAt(kPermLow4, (pb >> 8) + iz)), P + 4);
+}
+
+// Words of entry pairs to 32-bit lanes: words 0-3 hold four points' pairs
+// on the near side of x, words 4-7 on the far side; each word's low byte is
+// the nearer corner along the last axis, its high byte the farther. The
+// lanes come out as (x0 near, x1 near, x0 far, x1 far).
+inline void pairLanes(__m128i pairs, __m128i (&lanes)[4]) {
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i nearer = _mm_and_si128(pairs, _mm_set1_epi16(255)), farther = _mm_srli_epi16(pairs, 8);
+    lanes[0] = _mm_unpacklo_epi16(nearer, zero);
+    lanes[1] = _mm_unpackhi_epi16(nearer, zero);
+    lanes[2] = _mm_unpacklo_epi16(farther, zero);
+    lanes[3] = _mm_unpackhi_epi16(farther, zero);
+}
+
+void noiseSse2(const float* xs, const float* ys, const float* zs, int n, float* out) {
+    int k = 0;
+    for (; k + 4 <= n; k += 4) {
+        const AxisLanes4 ax = axis(_mm_loadu_ps(xs + k)), ay = axis(_mm_loadu_ps(ys + k)),
+                         az = axis(_mm_loadu_ps(zs + k));
+        const CellBytes4 cx = cellBytes(ax.i), cy = cellBytes(ay.i), cz = cellBytes(az.i);
+        __m128i nearY = _mm_setzero_si128(), farY = _mm_setzero_si128();
+        columnPairs<0>(cx, cy, cz, nearY, farY);
+        columnPairs<1>(cx, cy, cz, nearY, farY);
+        columnPairs<2>(cx, cy, cz, nearY, farY);
+        columnPairs<3>(cx, cy, cz, nearY, farY);
+        __m128i y0[4], y1[4];
+        pairLanes(nearY, y0);
+        pairLanes(farY, y1);
+        const __m128i h[8] = {y0[0], y0[1], y1[0], y1[1], y0[2], y0[3], y1[2], y1[3]};
+        const __m128 u = fade(ax.f0), v = fade(ay.f0), w = fade(az.f0);
+        const __m128 nearZ =
+            interp(v, interp(u, gradient(h[0], ax.f0, ay.f0, az.f0), gradient(h[1], ax.f1, ay.f0, az.f0)),
+                   interp(u, gradient(h[2], ax.f0, ay.f1, az.f0), gradient(h[3], ax.f1, ay.f1, az.f0)));
+        const __m128 farZ =
+            interp(v, interp(u, gradient(h[4], ax.f0, ay.f0, az.f1), gradient(h[5], ax.f1, ay.f0, az.f1)),
+                   interp(u, gradient(h[6], ax.f0, ay.f1, az.f1), gradient(h[7], ax.f1, ay.f1, az.f1)));
+        _mm_storeu_ps(out + k, _mm_mul_ps(_mm_set1_ps(kScale3), interp(w, nearZ, farZ)));
+    }
+    noiseScalar(xs + k, ys + k, zs + k, n - k, out + k);
+}
+
+// Point P's chain in the plane: its two reads of the last axis, each the
+// y0 and y1 corner of one x column, as word P (x0) and P + 4 (x1).
+template <int P>
+[[gnu::always_inline]] inline void columnPairs(const CellBytes4& cx, const CellBytes4& cy, __m128i& pairs) {
+    const unsigned px = pairAt(kPerm, cx.lane[P]);
+    pairs = _mm_insert_epi16(pairs, static_cast<int>(pairAt(kPermLow4, (px & 255) + cy.lane[P])), P);
+    pairs = _mm_insert_epi16(pairs, static_cast<int>(pairAt(kPermLow4, (px >> 8) + cy.lane[P])), P + 4);
+}
+
+void noiseSse2(const float* xs, const float* ys, int n, float* out) {
+    int k = 0;
+    for (; k + 4 <= n; k += 4) {
+        const AxisLanes4 ax = axis(_mm_loadu_ps(xs + k)), ay = axis(_mm_loadu_ps(ys + k));
+        const CellBytes4 cx = cellBytes(ax.i), cy = cellBytes(ay.i);
+        __m128i pairs = _mm_setzero_si128();
+        columnPairs<0>(cx, cy, pairs);
+        columnPairs<1>(cx, cy, pairs);
+        columnPairs<2>(cx, cy, pairs);
+        columnPairs<3>(cx, cy, pairs);
+        __m128i h[4];
+        pairLanes(pairs, h);
+        const __m128 u = fade(ax.f0), v = fade(ay.f0);
+        const __m128 value = interp(v, interp(u, gradient(h[0], ax.f0, ay.f0), gradient(h[1], ax.f1, ay.f0)),
+                                    interp(u, gradient(h[2], ax.f0, ay.f1), gradient(h[3], ax.f1, ay.f1)));
+        _mm_storeu_ps(out + k, _mm_mul_ps(_mm_set1_ps(kScale2), value));
+    }
+    noiseScalar(xs + k, ys + k, n - k, out + k);
+}
+
 // ---- AVX2: eight points per step, the hash chain through gathers ----------
 
 GRITWELL_AVX2 void noiseAvx2(const float* xs, const float* ys, const float* zs, int n, float* out) {
@@ -108,7 +211,7 @@ void PerlinBatch::noise(SimdLevel level, const float* x, const float* y, const f
     case SimdLevel::kAvx2: noiseAvx2(x, y, z, n, out); return;
     case SimdLevel::kScalar: break;
     }
-    noiseScalar(x, y, z, n, out);
+    noiseSse2(x, y, z, n, out);
 }
 
 void PerlinBatch::noise(const float* x, const float* y, const float* z, int n, float* out) {
@@ -121,7 +224,7 @@ void PerlinBatch::noise(SimdLevel level, const float* x, const float* y, int n, 
     case SimdLevel::kAvx2: noiseAvx2(x, y, n, out); return;
     case SimdLevel::kScalar: break;
     }
-    noiseScalar(x, y, n, out);
+    noiseSse2(x, y, n, out);
 }
 
 void PerlinBatch::noise(const float* x, const float* y, int n, float* out) { noise(simdLevel(), x, y, n, out); }

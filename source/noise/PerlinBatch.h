@@ -2,7 +2,7 @@
 // Perlin's lattice noise and its octave sum over arrays of points: at every
 // point the same bits as Perlin::noise and Perlin::Get in two and three
 // dimensions, computed 8 or 16 points per instruction where the processor
-// has AVX2 or AVX-512.
+// has AVX2 or AVX-512, and 4 on any other x86-64 (SSE2).
 
 #include "core/SimdLevel.h"
 

@@ -9,8 +9,8 @@
 // Each step is plain scalar code first, its definition. Where a kernel needs
 // it across lanes, the lane form follows, with the same operations in the
 // same order, so that every lane rounds as the scalar code does: four lanes
-// for the one-point kernels (SSE2, any x86-64), eight on AVX2, sixteen on
-// AVX-512.
+// for the one-point kernels and the batch kernels of any x86-64 (SSE2),
+// eight on AVX2, sixteen on AVX-512.
 
 #include <array>
 #include <cstddef>
@@ -77,6 +77,19 @@ inline Axis axis(float c) {
 // Four lanes, for the one-point kernels: (x, y, z, 0) in one register, the
 // offsets f0 of all three axes at once.
 inline __m128 nearOffsets(__m128 p) { return _mm_sub_ps(p, _mm_cvtepi32_ps(cellIndex(p))); }
+
+// Four points, for the SSE2 batch kernels: the same cell, low byte and
+// offsets per lane as axis.
+struct AxisLanes4 {
+    __m128i i;
+    __m128 f0, f1;
+};
+
+inline AxisLanes4 axis(__m128 c) {
+    const __m128i cell = cellIndex(c);
+    const __m128 f0 = _mm_sub_ps(c, _mm_cvtepi32_ps(cell));
+    return {_mm_and_si128(cell, _mm_set1_epi32(255)), f0, _mm_sub_ps(f0, _mm_set1_ps(1.0f))};
+}
 
 struct AxisLanes8 {
     __m256i i;
@@ -240,20 +253,33 @@ GRITWELL_AVX512 inline void cornerHashes(const ByteTableLanes& perm, __m512i ix,
 // In 2-D: u = x for bit 2 clear, else y; v the other, doubled. In 1-D:
 // (1 + (h & 7)) x, negated where bit 3 of h is set.
 
-// Four lanes, h in 0..15.
+// Four lanes, h in 0..15. Each choice is a bit-exact a ^ ((a ^ b) & mask),
+// b where the mask is set; the masks for v are disjoint, so both fold into
+// z. The differences depend only on the offsets, so a kernel that inlines
+// several corners side by side computes each one once.
 inline __m128 gradient(__m128i h, __m128 x, __m128 y, __m128 z) {
-    auto select = [](__m128i mask, __m128 a, __m128 b) {
-        const __m128 m = _mm_castsi128_ps(mask);
-        return _mm_or_ps(_mm_and_ps(m, a), _mm_andnot_ps(m, b));
-    };
-    const __m128i useY = _mm_srai_epi32(_mm_slli_epi32(h, 28), 31);
-    const __m128i below4 = _mm_cmplt_epi32(h, _mm_set1_epi32(4));
-    const __m128i is12or14 = _mm_cmpeq_epi32(_mm_and_si128(h, _mm_set1_epi32(13)), _mm_set1_epi32(12));
-    const __m128 u = select(useY, y, x);
-    const __m128 v = select(below4, y, select(is12or14, x, z));
+    const __m128 useY = _mm_castsi128_ps(_mm_srai_epi32(_mm_slli_epi32(h, 28), 31));
+    const __m128 below4 = _mm_castsi128_ps(_mm_cmplt_epi32(h, _mm_set1_epi32(4)));
+    const __m128 is12or14 =
+        _mm_castsi128_ps(_mm_cmpeq_epi32(_mm_and_si128(h, _mm_set1_epi32(13)), _mm_set1_epi32(12)));
+    const __m128 u = _mm_xor_ps(x, _mm_and_ps(useY, _mm_xor_ps(x, y)));
+    const __m128 v =
+        _mm_xor_ps(_mm_xor_ps(z, _mm_and_ps(below4, _mm_xor_ps(y, z))), _mm_and_ps(is12or14, _mm_xor_ps(x, z)));
     const __m128i signU = _mm_slli_epi32(h, 31);
     const __m128i signV = _mm_slli_epi32(_mm_and_si128(h, _mm_set1_epi32(2)), 30);
     return _mm_add_ps(_mm_xor_ps(u, _mm_castsi128_ps(signU)), _mm_xor_ps(v, _mm_castsi128_ps(signV)));
+}
+
+// Four lanes in 2-D; only the low three bits of h are read: u and v swap
+// where bit 2 is set.
+inline __m128 gradient(__m128i h, __m128 x, __m128 y) {
+    const __m128 swap = _mm_castsi128_ps(_mm_srai_epi32(_mm_slli_epi32(h, 29), 31));
+    const __m128 exchanged = _mm_and_ps(swap, _mm_xor_ps(x, y));
+    const __m128 u = _mm_xor_ps(x, exchanged);
+    const __m128 v = _mm_mul_ps(_mm_set1_ps(2.0f), _mm_xor_ps(y, exchanged));
+    const __m128 signU = _mm_castsi128_ps(_mm_slli_epi32(h, 31));
+    const __m128 signV = _mm_castsi128_ps(_mm_slli_epi32(_mm_srli_epi32(h, 1), 31));
+    return _mm_add_ps(_mm_xor_ps(u, signU), _mm_xor_ps(v, signV));
 }
 
 // Eight lanes; only the low four bits of h are read. Every test is made on a
