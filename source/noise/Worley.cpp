@@ -1,5 +1,12 @@
 #include "noise/Worley.h"
 
+// GCC 12's AVX-512 intrinsics start some results from a deliberately
+// undefined register and then warn that it is, or may be, used uninitialised.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic ignored "-Wuninitialized"
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
+
 #include <algorithm>
 #include <cmath>
 #include <iterator>
@@ -7,6 +14,8 @@
 #include <utility>
 
 #include "core/FloatToInt.h"
+#include "core/SimdLevel.h"
+#include "core/SimdTargets.h"
 
 namespace gritwell::Worley {
 
@@ -51,8 +60,11 @@ constexpr Churns churnTimes(int n) {
 }
 constexpr Churns kChurn2 = churnTimes(2), kChurn3 = churnTimes(3), kChurn4 = churnTimes(4);
 static_assert(kChurn4(12345u) == churn(churn(churn(churn(12345u)))));
-// A seed read as unsigned, centred in its step and mapped into (0, 1).
-double unitOf(std::uint32_t seed) { return (seed + 0.5) * 2.3283064365386963e-10; }
+// A seed read as unsigned, centred in its step and mapped into (0, 1). Every
+// step is exact: the sum needs 34 bits and the scale is 2^-32.
+constexpr double kSeedScale = 2.3283064365386963e-10;
+static_assert(kSeedScale == 0x1p-32);
+double unitOf(std::uint32_t seed) { return (seed + 0.5) * kSeedScale; }
 
 constexpr double kUnset = 999999.9;  // the search's starting "very far"
 
@@ -252,12 +264,22 @@ void nearestMeasures(const Scaled& p, long order, double* F) {
         [&] { return F[n - 1]; });
 }
 
+// The least Euclidean measure, unscaled: see "cubes across the lanes" below.
+double nearestLengthAcrossCubes(const Scaled& p);
+
 // The (order)-th nearest distances F[0..order-1], scaled back.
 void nearest(const double* at, long order, double* F, DistanceMethod m) {
     const Scaled p = scaledSample(at);
     withMethod(m, [&](auto method) {
         switch (order) {
-            case 1: return nearestMeasures<method(), 1>(p, order, F);
+            case 1:
+                if constexpr (method() == Length) {
+                    if (simdLevel() >= SimdLevel::kAvx2) {
+                        F[0] = nearestLengthAcrossCubes(p);
+                        return;
+                    }
+                }
+                return nearestMeasures<method(), 1>(p, order, F);
             case 2: return nearestMeasures<method(), 2>(p, order, F);
             case 3: return nearestMeasures<method(), 3>(p, order, F);
             case 4: return nearestMeasures<method(), 4>(p, order, F);
@@ -265,6 +287,252 @@ void nearest(const double* at, long order, double* F, DistanceMethod m) {
         }
     });
     for (long i = 0; i < order; ++i) F[i] = std::sqrt(F[i]) * kInverseDensity;
+}
+
+// ---- The nearest feature, cubes across the lanes ----------------------------
+//
+// F1 by the Euclidean measure on AVX2 processors (and AVX-512 ones): the
+// cubes' features eight cubes at a time, a lane per cube, rather than one
+// feature after another. A cube's features all come from its hash by
+// multiplies and adds, so the k-th feature of eight cubes is one set of lane
+// steps; a cube holding fewer features masks its lane out of the later rounds.
+//
+// The search keeps the same value as the pruned one in its visiting order.
+// For this measure a neighbour's bound (its shared face, edge or corner, as
+// computed) never exceeds any of its features' measures as computed: along an
+// axis the feature lies beyond the shared face, a rounded difference keeps
+// that order, and the sums of squares, added in the same axis order, are
+// monotone in each term. (Only for a sample just below 0 can the gap to the
+// upper face round long, by at most 2^-54, and every feature lies at least
+// 2^-33 inside its cube.) So a cube the prune skips holds nothing nearer than what
+// was kept, and F1 is the least measure over all 27 cubes. The least measure
+// does not depend on the order the candidates come in (measures are never
+// NaN here once kept, never -0), so the cubes can go in any order and any
+// cube whose bound is not below the least measure found so far can be
+// skipped. First the 2x2x2 block of cubes on the sample's nearer side of each
+// axis, which nearly always holds the nearest feature, then the others in
+// groups of eight, each group only where one of its bounds is below it.
+
+// The 27 cubes as steps towards (+1) or away from (-1) the nearer face of the
+// sample's cube on each axis: the block first, then the others, fewest steps
+// away first; lanes 27 to 31 are padding.
+struct CubeLanes {
+    std::int32_t toward[3][32];
+    std::int32_t inUse[32];  // -1 for the 27 cubes, 0 for padding
+};
+
+constexpr CubeLanes makeCubeLanes() {
+    CubeLanes lanes{};
+    int lane = 0;
+    auto add = [&](int x, int y, int z) {
+        lanes.toward[0][lane] = x;
+        lanes.toward[1][lane] = y;
+        lanes.toward[2][lane] = z;
+        lanes.inUse[lane] = -1;
+        ++lane;
+    };
+    for (int away = 0; away <= 3; ++away)
+        for (int close = 0; close <= 3 - away; ++close)
+            for (int x = -1; x <= 1; ++x)
+                for (int y = -1; y <= 1; ++y)
+                    for (int z = -1; z <= 1; ++z) {
+                        const int a = (x < 0) + (y < 0) + (z < 0), c = (x > 0) + (y > 0) + (z > 0);
+                        if (a == away && c == close) add(x, y, z);
+                    }
+    return lanes;
+}
+
+constexpr CubeLanes kCubeLanes = makeCubeLanes();
+static_assert(kCubeLanes.inUse[26] == -1 && kCubeLanes.inUse[27] == 0);
+static_assert(kCubeLanes.toward[0][7] >= 0 && kCubeLanes.toward[1][7] >= 0 && kCubeLanes.toward[2][7] >= 0,
+              "the first eight lanes are the block on the nearer side");
+
+// The three coordinate seeds of each cube's k-th feature, from its hash.
+constexpr Churns kFeatureChurns[5][3] = {
+    {churnTimes(2), churnTimes(3), churnTimes(4)},     {churnTimes(6), churnTimes(7), churnTimes(8)},
+    {churnTimes(10), churnTimes(11), churnTimes(12)},  {churnTimes(14), churnTimes(15), churnTimes(16)},
+    {churnTimes(18), churnTimes(19), churnTimes(20)},
+};
+
+// The sample as the lanes read it.
+struct SampleForLanes {
+    std::uint32_t hash;          // its cube's
+    std::int32_t step[3];        // towards the nearer face: -1 or +1
+    std::uint32_t hashStep[3];   // the hash's change for one such step
+    double s[3], cube[3];
+    double closeGap[3], farGap[3];  // the bounds of one step towards and away
+};
+
+// The lanes' four doubles from eight int lanes: the low or the high half.
+GRITWELL_AVX2 inline __m256i half64(__m256i v, int high) {
+    return _mm256_cvtepi32_epi64(high ? _mm256_extracti128_si256(v, 1) : _mm256_castsi256_si128(v));
+}
+
+// The least measure of the features in the cubes of lanes [8g, 8g + 8)
+// where use (four doubles per half) is set, merged into least.
+GRITWELL_AVX2 [[gnu::always_inline]] inline void leastInGroup(const SampleForLanes& p, int g, const __m256i use[2], __m256d least[2]) {
+    __m256i hash = _mm256_set1_epi32(static_cast<std::int32_t>(p.hash));
+    __m256d cube[3][2];
+    for (int a = 0; a < 3; ++a) {
+        const __m256i toward = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(kCubeLanes.toward[a] + 8 * g));
+        hash = _mm256_add_epi32(hash, _mm256_sign_epi32(_mm256_set1_epi32(static_cast<std::int32_t>(p.hashStep[a])), toward));
+        const __m256i offset = _mm256_sign_epi32(_mm256_set1_epi32(p.step[a]), toward);
+        for (int h = 0; h < 2; ++h)
+            cube[a][h] = _mm256_add_pd(_mm256_set1_pd(p.cube[a]),
+                                       _mm256_cvtepi32_pd(h ? _mm256_extracti128_si256(offset, 1)
+                                                            : _mm256_castsi256_si128(offset)));
+    }
+    const __m256i count =
+        _mm256_i32gather_epi32(reinterpret_cast<const int*>(Poisson_count), _mm256_srli_epi32(hash, 24), 4);
+    // The seed less 2^31 as a signed lane converts exactly; adding 2^31 + 0.5
+    // back gives the scalar's seed + 0.5.
+    const __m256d centre = _mm256_set1_pd(2147483648.5), scale = _mm256_set1_pd(kSeedScale);
+#pragma GCC unroll 5
+    for (int k = 0; k < 5; ++k) {
+        const __m256i live = _mm256_cmpgt_epi32(count, _mm256_set1_epi32(k));
+        const __m256i liveUsed[2] = {_mm256_and_si256(half64(live, 0), use[0]),
+                                     _mm256_and_si256(half64(live, 1), use[1])};
+        if (_mm256_testz_si256(_mm256_or_si256(liveUsed[0], liveUsed[1]), _mm256_set1_epi32(-1))) break;
+        __m256d d2[2] = {_mm256_setzero_pd(), _mm256_setzero_pd()};
+#pragma GCC unroll 3
+        for (int a = 0; a < 3; ++a) {
+            const Churns c = kFeatureChurns[k][a];
+            const __m256i seed = _mm256_add_epi32(_mm256_mullo_epi32(hash, _mm256_set1_epi32(static_cast<std::int32_t>(c.mul))),
+                                                  _mm256_set1_epi32(static_cast<std::int32_t>(c.add + 0x80000000u)));
+#pragma GCC unroll 2
+            for (int h = 0; h < 2; ++h) {
+                const __m256d v = _mm256_cvtepi32_pd(h ? _mm256_extracti128_si256(seed, 1) : _mm256_castsi256_si128(seed));
+                const __m256d unit = _mm256_mul_pd(_mm256_add_pd(v, centre), scale);
+                const __m256d d = _mm256_sub_pd(_mm256_add_pd(cube[a][h], unit), _mm256_set1_pd(p.s[a]));
+                const __m256d squared = _mm256_mul_pd(d, d);
+                d2[h] = a == 0 ? squared : _mm256_add_pd(d2[h], squared);
+            }
+        }
+        // min(d2, least) keeps least for a NaN, as the scalar comparison does.
+        for (int h = 0; h < 2; ++h)
+            least[h] = _mm256_blendv_pd(least[h], _mm256_min_pd(d2[h], least[h]), _mm256_castsi256_pd(liveUsed[h]));
+    }
+}
+
+GRITWELL_AVX2 inline double leastOf(const __m256d least[2]) {
+    const __m256d four = _mm256_min_pd(least[0], least[1]);
+    const __m128d two = _mm_min_pd(_mm256_castpd256_pd128(four), _mm256_extractf128_pd(four, 1));
+    return _mm_cvtsd_f64(_mm_min_sd(two, _mm_unpackhi_pd(two, two)));
+}
+
+// Straight code, without a branch on which face is nearer: the side a
+// sample lies on is as good as random.
+SampleForLanes sampleForLanes(const Scaled& p) {
+    SampleForLanes q;
+    const std::uint32_t hashOf[3] = {kHashX, kHashY, kHashZ};
+    q.hash = 0;
+#pragma GCC unroll 3
+    for (int a = 0; a < 3; ++a) {
+        q.hash += hashOf[a] * static_cast<std::uint32_t>(p.cube[a]);
+        const std::uint32_t lowerIsNearer = 0u - static_cast<std::uint32_t>(p.near[a] < p.far[a]);
+        q.step[a] = static_cast<std::int32_t>(lowerIsNearer | 1u);
+        q.hashStep[a] = (hashOf[a] ^ lowerIsNearer) - lowerIsNearer;
+        q.s[a] = p.s[a];
+        q.cube[a] = static_cast<double>(p.cube[a]);
+        q.closeGap[a] = std::min(p.far[a], p.near[a]);  // near < far ? near : far
+        q.farGap[a] = std::max(p.near[a], p.far[a]);    // near < far ? far : near
+    }
+    return q;
+}
+
+// Which lanes of each group of eight hold one of the 27 cubes.
+constexpr __mmask8 kGroupInUse[4] = {0xff, 0xff, 0xff, 0x07};
+static_assert(kCubeLanes.inUse[8 * 3 + 2] == -1 && kCubeLanes.inUse[8 * 3 + 3] == 0);
+
+GRITWELL_AVX2 double nearestLengthAcrossCubes2(const SampleForLanes& q) {
+    __m256d least[2] = {_mm256_set1_pd(kUnset), _mm256_set1_pd(kUnset)};
+    const __m256i all[2] = {_mm256_set1_epi32(-1), _mm256_set1_epi32(-1)};
+    leastInGroup(q, 0, all, least);
+    double best = leastOf(least);
+    for (int g = 1; g < 4; ++g) {
+        __m256i use[2];
+        const __m256i inUse = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(kCubeLanes.inUse + 8 * g));
+        for (int h = 0; h < 2; ++h) {
+            // The bound as the scalar search sums it: the axes in order, 0 for an axis not stepped.
+            __m256d bound = _mm256_setzero_pd();
+            for (int a = 0; a < 3; ++a) {
+                const __m256i toward = half64(
+                    _mm256_loadu_si256(reinterpret_cast<const __m256i*>(kCubeLanes.toward[a] + 8 * g)), h);
+                const __m256d close = _mm256_and_pd(_mm256_castsi256_pd(_mm256_cmpgt_epi64(toward, _mm256_setzero_si256())),
+                                                    _mm256_set1_pd(q.closeGap[a]));
+                const __m256d away = _mm256_and_pd(_mm256_castsi256_pd(_mm256_cmpgt_epi64(_mm256_setzero_si256(), toward)),
+                                                   _mm256_set1_pd(q.farGap[a]));
+                bound = _mm256_add_pd(bound, _mm256_or_pd(close, away));
+            }
+            use[h] = _mm256_and_si256(half64(inUse, h),
+                                      _mm256_castpd_si256(_mm256_cmp_pd(bound, _mm256_set1_pd(best), _CMP_LT_OQ)));
+        }
+        if (_mm256_testz_si256(_mm256_or_si256(use[0], use[1]), _mm256_set1_epi32(-1))) continue;
+        leastInGroup(q, g, use, least);
+        best = leastOf(least);
+    }
+    return best;
+}
+
+// The same search with the doubles of eight cubes in one register, for
+// AVX-512 processors: half the double steps, and masks in mask registers.
+GRITWELL_AVX512 [[gnu::always_inline]] inline __m512d leastInGroup512(const SampleForLanes& p, int g, __mmask8 use,
+                                                                       __m512d least) {
+    __m256i hash = _mm256_set1_epi32(static_cast<std::int32_t>(p.hash));
+    __m512d cube[3];
+    for (int a = 0; a < 3; ++a) {
+        const __m256i toward = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(kCubeLanes.toward[a] + 8 * g));
+        hash = _mm256_add_epi32(hash, _mm256_sign_epi32(_mm256_set1_epi32(static_cast<std::int32_t>(p.hashStep[a])), toward));
+        cube[a] = _mm512_add_pd(_mm512_set1_pd(p.cube[a]),
+                                _mm512_cvtepi32_pd(_mm256_sign_epi32(_mm256_set1_epi32(p.step[a]), toward)));
+    }
+    const __m256i count =
+        _mm256_i32gather_epi32(reinterpret_cast<const int*>(Poisson_count), _mm256_srli_epi32(hash, 24), 4);
+    const __m512d centre = _mm512_set1_pd(2147483648.5), scale = _mm512_set1_pd(kSeedScale);
+#pragma GCC unroll 5
+    for (int k = 0; k < 5; ++k) {
+        const __mmask8 live = static_cast<__mmask8>(
+            _mm256_movemask_ps(_mm256_castsi256_ps(_mm256_cmpgt_epi32(count, _mm256_set1_epi32(k))))) & use;
+        if (live == 0) break;
+        __m512d d2 = _mm512_setzero_pd();
+#pragma GCC unroll 3
+        for (int a = 0; a < 3; ++a) {
+            const Churns c = kFeatureChurns[k][a];
+            const __m256i seed = _mm256_add_epi32(_mm256_mullo_epi32(hash, _mm256_set1_epi32(static_cast<std::int32_t>(c.mul))),
+                                                  _mm256_set1_epi32(static_cast<std::int32_t>(c.add + 0x80000000u)));
+            const __m512d unit = _mm512_mul_pd(_mm512_add_pd(_mm512_cvtepi32_pd(seed), centre), scale);
+            const __m512d d = _mm512_sub_pd(_mm512_add_pd(cube[a], unit), _mm512_set1_pd(p.s[a]));
+            d2 = a == 0 ? _mm512_mul_pd(d, d) : _mm512_add_pd(d2, _mm512_mul_pd(d, d));
+        }
+        least = _mm512_mask_min_pd(least, live, d2, least);
+    }
+    return least;
+}
+
+GRITWELL_AVX512 double nearestLengthAcrossCubes512(const SampleForLanes& q) {
+    __m512d least = leastInGroup512(q, 0, 0xff, _mm512_set1_pd(kUnset));
+    double best = _mm512_reduce_min_pd(least);
+    for (int g = 1; g < 4; ++g) {
+        __m512d bound = _mm512_setzero_pd();
+        for (int a = 0; a < 3; ++a) {
+            const __m512d toward = _mm512_cvtepi32_pd(
+                _mm256_loadu_si256(reinterpret_cast<const __m256i*>(kCubeLanes.toward[a] + 8 * g)));
+            const __m512d gap = _mm512_mask_mov_pd(
+                _mm512_maskz_mov_pd(_mm512_cmp_pd_mask(toward, _mm512_setzero_pd(), _CMP_LT_OQ), _mm512_set1_pd(q.farGap[a])),
+                _mm512_cmp_pd_mask(toward, _mm512_setzero_pd(), _CMP_GT_OQ), _mm512_set1_pd(q.closeGap[a]));
+            bound = _mm512_add_pd(bound, gap);
+        }
+        const __mmask8 use = _mm512_cmp_pd_mask(bound, _mm512_set1_pd(best), _CMP_LT_OQ) & kGroupInUse[g];
+        if (use == 0) continue;
+        least = leastInGroup512(q, g, use, least);
+        best = _mm512_reduce_min_pd(least);
+    }
+    return best;
+}
+
+double nearestLengthAcrossCubes(const Scaled& p) {
+    const SampleForLanes q = sampleForLanes(p);
+    return simdLevel() == SimdLevel::kAvx512 ? nearestLengthAcrossCubes512(q) : nearestLengthAcrossCubes2(q);
 }
 
 }  // namespace
