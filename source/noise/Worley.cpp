@@ -181,7 +181,7 @@ struct Scaled {
 };
 
 Scaled scaledSample(const double* at) {
-    Scaled r{};
+    Scaled r;  // every field is set below; zeroing it first cost a block store per sample
     for (int a = 0; a < 3; ++a) {
         r.s[a] = kDensityAdjustment * at[a];
         r.cube[a] = cellIndex(r.s[a]);
@@ -474,8 +474,36 @@ GRITWELL_AVX2 double nearestLengthAcrossCubes2(const SampleForLanes& q) {
     return best;
 }
 
+// The published table as bytes, in two registers' worth each half, for a
+// byte permute rather than a gather: the count is on every group's path.
+struct PoissonBytes {
+    alignas(64) std::uint8_t count[256];
+};
+constexpr PoissonBytes makePoissonBytes() {
+    PoissonBytes b{};
+    for (int i = 0; i < 256; ++i) b.count[i] = static_cast<std::uint8_t>(Poisson_count[i]);
+    return b;
+}
+constexpr PoissonBytes kPoissonBytes = makePoissonBytes();
+
+// Poisson_count[hash >> 24] for eight hashes.
+GRITWELL_AVX512 inline __m256i poissonCountLanes(__m256i hash) {
+    const __m512i index = _mm512_castsi256_si512(_mm256_srli_epi32(hash, 24));
+    const __m512i* table = reinterpret_cast<const __m512i*>(kPoissonBytes.count);
+    const __m512i low = _mm512_permutex2var_epi8(_mm512_load_si512(table), index, _mm512_load_si512(table + 1));
+    const __m512i high = _mm512_permutex2var_epi8(_mm512_load_si512(table + 2), index, _mm512_load_si512(table + 3));
+    const __m512i bytes = _mm512_mask_blend_epi8(_mm512_movepi8_mask(index), low, high);
+    return _mm256_and_si256(_mm512_castsi512_si256(bytes), _mm256_set1_epi32(0xff));
+}
+
 // The same search with the doubles of eight cubes in one register, for
 // AVX-512 processors: half the double steps, and masks in mask registers.
+//
+// Near the origin (cube coordinates below 2^19 in size) the cube plus the
+// seed's centre, cube + 0.5 + 2^-33, is exact, so it is added once per cube
+// rather than once per feature: the feature's coordinate is then one rounded
+// sum of the same two exact terms.
+template <bool NearOrigin>
 GRITWELL_AVX512 [[gnu::always_inline]] inline __m512d leastInGroup512(const SampleForLanes& p, int g, __mmask8 use,
                                                                        __m512d least) {
     __m256i hash = _mm256_set1_epi32(static_cast<std::int32_t>(p.hash));
@@ -486,22 +514,25 @@ GRITWELL_AVX512 [[gnu::always_inline]] inline __m512d leastInGroup512(const Samp
         cube[a] = _mm512_add_pd(_mm512_set1_pd(p.cube[a]),
                                 _mm512_cvtepi32_pd(_mm256_sign_epi32(_mm256_set1_epi32(p.step[a]), toward)));
     }
-    const __m256i count =
-        _mm256_i32gather_epi32(reinterpret_cast<const int*>(Poisson_count), _mm256_srli_epi32(hash, 24), 4);
+    const __m256i count = poissonCountLanes(hash);
     const __m512d centre = _mm512_set1_pd(2147483648.5), scale = _mm512_set1_pd(kSeedScale);
+    if constexpr (NearOrigin)
+        for (__m512d& c : cube) c = _mm512_add_pd(c, _mm512_mul_pd(centre, scale));
 #pragma GCC unroll 5
     for (int k = 0; k < 5; ++k) {
         const __mmask8 live = static_cast<__mmask8>(
             _mm256_movemask_ps(_mm256_castsi256_ps(_mm256_cmpgt_epi32(count, _mm256_set1_epi32(k))))) & use;
-        if (live == 0) break;
+        if (g != 0 && live == 0) break;
         __m512d d2 = _mm512_setzero_pd();
 #pragma GCC unroll 3
         for (int a = 0; a < 3; ++a) {
             const Churns c = kFeatureChurns[k][a];
             const __m256i seed = _mm256_add_epi32(_mm256_mullo_epi32(hash, _mm256_set1_epi32(static_cast<std::int32_t>(c.mul))),
                                                   _mm256_set1_epi32(static_cast<std::int32_t>(c.add + 0x80000000u)));
-            const __m512d unit = _mm512_mul_pd(_mm512_add_pd(_mm512_cvtepi32_pd(seed), centre), scale);
-            const __m512d d = _mm512_sub_pd(_mm512_add_pd(cube[a], unit), _mm512_set1_pd(p.s[a]));
+            const __m512d v = _mm512_cvtepi32_pd(seed);
+            const __m512d at = NearOrigin ? _mm512_add_pd(cube[a], _mm512_mul_pd(v, scale))
+                                          : _mm512_add_pd(cube[a], _mm512_mul_pd(_mm512_add_pd(v, centre), scale));
+            const __m512d d = _mm512_sub_pd(at, _mm512_set1_pd(p.s[a]));
             d2 = a == 0 ? _mm512_mul_pd(d, d) : _mm512_add_pd(d2, _mm512_mul_pd(d, d));
         }
         least = _mm512_mask_min_pd(least, live, d2, least);
@@ -509,8 +540,9 @@ GRITWELL_AVX512 [[gnu::always_inline]] inline __m512d leastInGroup512(const Samp
     return least;
 }
 
+template <bool NearOrigin>
 GRITWELL_AVX512 double nearestLengthAcrossCubes512(const SampleForLanes& q) {
-    __m512d least = leastInGroup512(q, 0, 0xff, _mm512_set1_pd(kUnset));
+    __m512d least = leastInGroup512<NearOrigin>(q, 0, 0xff, _mm512_set1_pd(kUnset));
     double best = _mm512_reduce_min_pd(least);
     for (int g = 1; g < 4; ++g) {
         __m512d bound = _mm512_setzero_pd();
@@ -524,7 +556,7 @@ GRITWELL_AVX512 double nearestLengthAcrossCubes512(const SampleForLanes& q) {
         }
         const __mmask8 use = _mm512_cmp_pd_mask(bound, _mm512_set1_pd(best), _CMP_LT_OQ) & kGroupInUse[g];
         if (use == 0) continue;
-        least = leastInGroup512(q, g, use, least);
+        least = leastInGroup512<NearOrigin>(q, g, use, least);
         best = _mm512_reduce_min_pd(least);
     }
     return best;
@@ -532,7 +564,11 @@ GRITWELL_AVX512 double nearestLengthAcrossCubes512(const SampleForLanes& q) {
 
 double nearestLengthAcrossCubes(const Scaled& p) {
     const SampleForLanes q = sampleForLanes(p);
-    return simdLevel() == SimdLevel::kAvx512 ? nearestLengthAcrossCubes512(q) : nearestLengthAcrossCubes2(q);
+    if (simdLevel() != SimdLevel::kAvx512) return nearestLengthAcrossCubes2(q);
+    constexpr double kNearOrigin = 524287.0;  // 2^19 - 1: the neighbours' coordinates stay below 2^19
+    const bool nearOrigin = std::fabs(q.cube[0]) < kNearOrigin && std::fabs(q.cube[1]) < kNearOrigin &&
+                            std::fabs(q.cube[2]) < kNearOrigin;
+    return nearOrigin ? nearestLengthAcrossCubes512<true>(q) : nearestLengthAcrossCubes512<false>(q);
 }
 
 }  // namespace
