@@ -264,22 +264,13 @@ void nearestMeasures(const Scaled& p, long order, double* F) {
         [&] { return F[n - 1]; });
 }
 
-// The least Euclidean measure, unscaled: see "cubes across the lanes" below.
-double nearestLengthAcrossCubes(const Scaled& p);
 
 // The (order)-th nearest distances F[0..order-1], scaled back.
 void nearest(const double* at, long order, double* F, DistanceMethod m) {
     const Scaled p = scaledSample(at);
     withMethod(m, [&](auto method) {
         switch (order) {
-            case 1:
-                if constexpr (method() == Length) {
-                    if (simdLevel() >= SimdLevel::kAvx2) {
-                        F[0] = nearestLengthAcrossCubes(p);
-                        return;
-                    }
-                }
-                return nearestMeasures<method(), 1>(p, order, F);
+            case 1: return nearestMeasures<method(), 1>(p, order, F);
             case 2: return nearestMeasures<method(), 2>(p, order, F);
             case 3: return nearestMeasures<method(), 3>(p, order, F);
             case 4: return nearestMeasures<method(), 4>(p, order, F);
@@ -420,22 +411,44 @@ GRITWELL_AVX2 inline double leastOf(const __m256d least[2]) {
     return _mm_cvtsd_f64(_mm_min_sd(two, _mm_unpackhi_pd(two, two)));
 }
 
-// Straight code, without a branch on which face is nearer: the side a
-// sample lies on is as good as random.
-SampleForLanes sampleForLanes(const Scaled& p) {
+// The sample as scaledSample places it, the three axes in one register: the
+// same products, cell index and differences, with selects for the nearer
+// face, whose side is as good as random.
+GRITWELL_AVX2 inline SampleForLanes sampleForLanes(double x, double y, double z) {
     SampleForLanes q;
-    const std::uint32_t hashOf[3] = {kHashX, kHashY, kHashZ};
-    q.hash = 0;
-#pragma GCC unroll 3
+    const __m256d s = _mm256_mul_pd(_mm256_set1_pd(kDensityAdjustment), _mm256_setr_pd(x, y, z, 0.0));
+    // cvttpd2dq is truncToInt lane by lane: INT_MIN for NaN and out of range.
+    const __m128i truncated = _mm256_cvttpd_epi32(s);
+    const __m128i negative = _mm256_cvtpd_epi32(_mm256_and_pd(_mm256_cmp_pd(s, _mm256_setzero_pd(), _CMP_LT_OQ),
+                                                              _mm256_set1_pd(-1.0)));
+    const __m128i cube = _mm_add_epi32(truncated, negative);  // cellIndex, wrapping as wrapAdd does
+    const __m256d cubeD = _mm256_cvtepi32_pd(cube);
+    const __m256d f = _mm256_sub_pd(s, cubeD);
+    const __m256d g = _mm256_sub_pd(_mm256_set1_pd(1.0), f);
+    const __m256d near = _mm256_mul_pd(f, f), far = _mm256_mul_pd(g, g);
+    const __m256d lowerIsNearer = _mm256_cmp_pd(near, far, _CMP_LT_OQ);
+    const __m128i lower = _mm256_cvtpd_epi32(_mm256_and_pd(lowerIsNearer, _mm256_set1_pd(-1.0)));
+    const __m128i hashOf = _mm_setr_epi32(static_cast<std::int32_t>(kHashX), static_cast<std::int32_t>(kHashY),
+                                          static_cast<std::int32_t>(kHashZ), 0);
+    const __m128i terms = _mm_mullo_epi32(hashOf, cube);
+    alignas(16) std::uint32_t t[4];
+    _mm_store_si128(reinterpret_cast<__m128i*>(t), terms);
+    q.hash = t[0] + t[1] + t[2];
+    alignas(16) std::int32_t step[4], hashStep[4];
+    _mm_store_si128(reinterpret_cast<__m128i*>(step), _mm_or_si128(lower, _mm_set1_epi32(1)));
+    _mm_store_si128(reinterpret_cast<__m128i*>(hashStep), _mm_sub_epi32(_mm_xor_si128(hashOf, lower), lower));
+    alignas(32) double sampled[4], cubes[4], close[4], away[4];
+    _mm256_store_pd(sampled, s);
+    _mm256_store_pd(cubes, cubeD);
+    _mm256_store_pd(close, _mm256_min_pd(far, near));  // near < far ? near : far
+    _mm256_store_pd(away, _mm256_max_pd(near, far));   // near < far ? far : near
     for (int a = 0; a < 3; ++a) {
-        q.hash += hashOf[a] * static_cast<std::uint32_t>(p.cube[a]);
-        const std::uint32_t lowerIsNearer = 0u - static_cast<std::uint32_t>(p.near[a] < p.far[a]);
-        q.step[a] = static_cast<std::int32_t>(lowerIsNearer | 1u);
-        q.hashStep[a] = (hashOf[a] ^ lowerIsNearer) - lowerIsNearer;
-        q.s[a] = p.s[a];
-        q.cube[a] = static_cast<double>(p.cube[a]);
-        q.closeGap[a] = std::min(p.far[a], p.near[a]);  // near < far ? near : far
-        q.farGap[a] = std::max(p.near[a], p.far[a]);    // near < far ? far : near
+        q.step[a] = step[a];
+        q.hashStep[a] = static_cast<std::uint32_t>(hashStep[a]);
+        q.s[a] = sampled[a];
+        q.cube[a] = cubes[a];
+        q.closeGap[a] = close[a];
+        q.farGap[a] = away[a];
     }
     return q;
 }
@@ -562,13 +575,19 @@ GRITWELL_AVX512 double nearestLengthAcrossCubes512(const SampleForLanes& q) {
     return best;
 }
 
-double nearestLengthAcrossCubes(const Scaled& p) {
-    const SampleForLanes q = sampleForLanes(p);
-    if (simdLevel() != SimdLevel::kAvx512) return nearestLengthAcrossCubes2(q);
-    constexpr double kNearOrigin = 524287.0;  // 2^19 - 1: the neighbours' coordinates stay below 2^19
-    const bool nearOrigin = std::fabs(q.cube[0]) < kNearOrigin && std::fabs(q.cube[1]) < kNearOrigin &&
-                            std::fabs(q.cube[2]) < kNearOrigin;
-    return nearOrigin ? nearestLengthAcrossCubes512<true>(q) : nearestLengthAcrossCubes512<false>(q);
+// F1 by the Euclidean measure, scaled back, on AVX2 and AVX-512 processors.
+GRITWELL_AVX2 double firstByLengthAcrossCubes(double x, double y, double z) {
+    const SampleForLanes q = sampleForLanes(x, y, z);
+    double least;
+    if (simdLevel() == SimdLevel::kAvx512) {
+        constexpr double kNearOrigin = 524287.0;  // 2^19 - 1: the neighbours' coordinates stay below 2^19
+        const bool nearOrigin = std::fabs(q.cube[0]) < kNearOrigin && std::fabs(q.cube[1]) < kNearOrigin &&
+                                std::fabs(q.cube[2]) < kNearOrigin;
+        least = nearOrigin ? nearestLengthAcrossCubes512<true>(q) : nearestLengthAcrossCubes512<false>(q);
+    } else {
+        least = nearestLengthAcrossCubes2(q);
+    }
+    return std::sqrt(least) * kInverseDensity;
 }
 
 }  // namespace
@@ -634,6 +653,8 @@ double Get(double x, double y, double z, VoronoiType t, DistanceMethod m) {
         case Crackle:
             return std::max(1.0, 10.0 * Get(x, y, z, Difference21, m));
         case First:
+            if ((m < LengthSquared || m > Minkowski5) && simdLevel() >= SimdLevel::kAvx2)
+                return firstByLengthAcrossCubes(x, y, z);  // Length, as every value outside the enumeration
             nearest(at, 1, F, m);
             return F[0];
         case Second:
