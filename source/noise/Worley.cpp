@@ -528,9 +528,14 @@ GRITWELL_AVX512 [[gnu::always_inline]] inline __m512d leastInGroup512(const Samp
                                 _mm512_cvtepi32_pd(_mm256_sign_epi32(_mm256_set1_epi32(p.step[a]), toward)));
     }
     const __m256i count = poissonCountLanes(hash);
-    const __m512d centre = _mm512_set1_pd(2147483648.5), scale = _mm512_set1_pd(kSeedScale);
+    // Each hash in a 64-bit lane: one multiply per lane gives the seed in the
+    // low half, and the seed under the exponent of 2^20 reads as the double
+    // 2^20 + seed 2^-32, exactly; less 2^20 it is seed 2^-32, and the
+    // feature's offset is that plus 2^-33, exactly.
+    const __m512i hash64 = _mm512_cvtepu32_epi64(hash);
+    const __m512d twoTo20 = _mm512_set1_pd(1048576.0), halfStep = _mm512_set1_pd(0x1p-33);
     if constexpr (NearOrigin)
-        for (__m512d& c : cube) c = _mm512_add_pd(c, _mm512_mul_pd(centre, scale));
+        for (__m512d& c : cube) c = _mm512_add_pd(c, halfStep);
 #pragma GCC unroll 5
     for (int k = 0; k < 5; ++k) {
         const __mmask8 live = static_cast<__mmask8>(
@@ -540,11 +545,12 @@ GRITWELL_AVX512 [[gnu::always_inline]] inline __m512d leastInGroup512(const Samp
 #pragma GCC unroll 3
         for (int a = 0; a < 3; ++a) {
             const Churns c = kFeatureChurns[k][a];
-            const __m256i seed = _mm256_add_epi32(_mm256_mullo_epi32(hash, _mm256_set1_epi32(static_cast<std::int32_t>(c.mul))),
-                                                  _mm256_set1_epi32(static_cast<std::int32_t>(c.add + 0x80000000u)));
-            const __m512d v = _mm512_cvtepi32_pd(seed);
-            const __m512d at = NearOrigin ? _mm512_add_pd(cube[a], _mm512_mul_pd(v, scale))
-                                          : _mm512_add_pd(cube[a], _mm512_mul_pd(_mm512_add_pd(v, centre), scale));
+            const __m512i seed = _mm512_add_epi32(_mm512_mul_epu32(hash64, _mm512_set1_epi64(c.mul)), _mm512_set1_epi64(c.add));
+            // (seed & 0xffffffff) | the bits of 2^20
+            const __m512d shifted = _mm512_castsi512_pd(_mm512_ternarylogic_epi64(
+                seed, _mm512_set1_epi64(0xffffffff), _mm512_set1_epi64(0x4130000000000000), 0xea));
+            const __m512d unit = _mm512_sub_pd(shifted, twoTo20);
+            const __m512d at = NearOrigin ? _mm512_add_pd(cube[a], unit) : _mm512_add_pd(cube[a], _mm512_add_pd(unit, halfStep));
             const __m512d d = _mm512_sub_pd(at, _mm512_set1_pd(p.s[a]));
             d2 = a == 0 ? _mm512_mul_pd(d, d) : _mm512_add_pd(d2, _mm512_mul_pd(d, d));
         }
