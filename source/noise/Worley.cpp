@@ -561,19 +561,28 @@ GRITWELL_AVX512 [[gnu::always_inline]] inline __m512d leastInGroup512(const Samp
 
 template <bool NearOrigin>
 GRITWELL_AVX512 double nearestLengthAcrossCubes512(const SampleForLanes& q) {
-    __m512d least = leastInGroup512<NearOrigin>(q, 0, 0xff, _mm512_set1_pd(kUnset));
-    double best = _mm512_reduce_min_pd(least);
+    // The other groups' bounds depend on the sample alone, so they are ready
+    // by the time the block's least is, and one test passes all three groups
+    // by in the usual case.
+    __m512d bound[4];
     for (int g = 1; g < 4; ++g) {
-        __m512d bound = _mm512_setzero_pd();
+        bound[g] = _mm512_setzero_pd();
         for (int a = 0; a < 3; ++a) {
             const __m512d toward = _mm512_cvtepi32_pd(
                 _mm256_loadu_si256(reinterpret_cast<const __m256i*>(kCubeLanes.toward[a] + 8 * g)));
             const __m512d gap = _mm512_mask_mov_pd(
                 _mm512_maskz_mov_pd(_mm512_cmp_pd_mask(toward, _mm512_setzero_pd(), _CMP_LT_OQ), _mm512_set1_pd(q.farGap[a])),
                 _mm512_cmp_pd_mask(toward, _mm512_setzero_pd(), _CMP_GT_OQ), _mm512_set1_pd(q.closeGap[a]));
-            bound = _mm512_add_pd(bound, gap);
+            bound[g] = _mm512_add_pd(bound[g], gap);
         }
-        const __mmask8 use = _mm512_cmp_pd_mask(bound, _mm512_set1_pd(best), _CMP_LT_OQ) & kGroupInUse[g];
+    }
+    __m512d least = leastInGroup512<NearOrigin>(q, 0, 0xff, _mm512_set1_pd(kUnset));
+    double best = _mm512_reduce_min_pd(least);
+    __mmask8 any = 0;
+    for (int g = 1; g < 4; ++g) any |= _mm512_cmp_pd_mask(bound[g], _mm512_set1_pd(best), _CMP_LT_OQ) & kGroupInUse[g];
+    if (any == 0) return best;
+    for (int g = 1; g < 4; ++g) {
+        const __mmask8 use = _mm512_cmp_pd_mask(bound[g], _mm512_set1_pd(best), _CMP_LT_OQ) & kGroupInUse[g];
         if (use == 0) continue;
         least = leastInGroup512<NearOrigin>(q, g, use, least);
         best = _mm512_reduce_min_pd(least);
