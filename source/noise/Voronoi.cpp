@@ -221,8 +221,6 @@ template <int N>
     if (d < F[0]) F[0] = d;
 }
 
-// F[0..N-1] for the sample s in cell (cx, cy, cz): Layers 3 searches the
-// cells around it in space; Layers 1 the plane's layer k = 0 alone (cz is 0).
 // The index rows of the cells around cell (cx, cy, cz) in the visiting
 // order: 3 x 3 columns of Layers cells (k from cz - Layers / 2 up).
 template <int Layers>
@@ -240,6 +238,8 @@ template <int Layers>
     }
 }
 
+// F[0..N-1] for the sample s in cell (cx, cy, cz): Layers 3 searches the
+// cells around it in space; Layers 1 the plane's layer k = 0 alone (cz is 0).
 template <int N, int Layers, class Key>
 void nearest(const Vec3& s, int cx, int cy, int cz, float* F) {
     float fi[3], fj[3], fk[Layers];
@@ -536,7 +536,6 @@ GRITWELL_AVX2 void get8(const float* xs, const float* ys, const float* zs, Voron
     _mm256_storeu_ps(out, v);
 }
 
-
 // ---- One point in space, its cells across the lanes ----------------------
 //
 // F1 alone is the least key of the 27 cells, whatever order they come in:
@@ -591,6 +590,7 @@ GRITWELL_AVX2 float firstInSpaceAcrossCells(const Vec3& s, int cx, int cy, int c
     const float best = _mm_cvtss_f32(_mm_min_ss(two, _mm_shuffle_ps(two, two, 1)));
     return length ? LengthKey::distance(best) : best;
 }
+
 }  // namespace
 
 void Voronoi::Get(const float* x, const float* y, const float* z, int n, VoronoiType t, DistanceMethod m,

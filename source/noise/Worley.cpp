@@ -264,7 +264,6 @@ void nearestMeasures(const Scaled& p, long order, double* F) {
         [&] { return F[n - 1]; });
 }
 
-
 // The (order)-th nearest distances F[0..order-1], scaled back.
 void nearest(const double* at, long order, double* F, DistanceMethod m) {
     const Scaled p = scaledSample(at);
@@ -487,8 +486,8 @@ GRITWELL_AVX2 double nearestLengthAcrossCubes2(const SampleForLanes& q) {
     return best;
 }
 
-// The published table as bytes, in two registers' worth each half, for a
-// byte permute rather than a gather: the count is on every group's path.
+// The published table as bytes, four registers' worth, for byte permutes
+// rather than a gather: the count is on the path of every group.
 struct PoissonBytes {
     alignas(64) std::uint8_t count[256];
 };
@@ -513,9 +512,9 @@ GRITWELL_AVX512 inline __m256i poissonCountLanes(__m256i hash) {
 // AVX-512 processors: half the double steps, and masks in mask registers.
 //
 // Near the origin (cube coordinates below 2^19 in size) the cube plus the
-// seed's centre, cube + 0.5 + 2^-33, is exact, so it is added once per cube
-// rather than once per feature: the feature's coordinate is then one rounded
-// sum of the same two exact terms.
+// half step, cube + 2^-33, is exact, so it is added once per cube rather
+// than once per feature: the feature's coordinate is then one rounded sum of
+// the same two exact terms.
 template <bool NearOrigin>
 GRITWELL_AVX512 [[gnu::always_inline]] inline __m512d leastInGroup512(const SampleForLanes& p, int g, __mmask8 use,
                                                                        __m512d least) {
