@@ -457,16 +457,12 @@ constexpr __mmask8 kGroupInUse[4] = {0xff, 0xff, 0xff, 0x07};
 static_assert(kCubeLanes.inUse[8 * 3 + 2] == -1 && kCubeLanes.inUse[8 * 3 + 3] == 0);
 
 GRITWELL_AVX2 double nearestLengthAcrossCubes2(const SampleForLanes& q) {
-    __m256d least[2] = {_mm256_set1_pd(kUnset), _mm256_set1_pd(kUnset)};
-    const __m256i all[2] = {_mm256_set1_epi32(-1), _mm256_set1_epi32(-1)};
-    leastInGroup(q, 0, all, least);
-    double best = leastOf(least);
-    for (int g = 1; g < 4; ++g) {
-        __m256i use[2];
-        const __m256i inUse = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(kCubeLanes.inUse + 8 * g));
+    // The other groups' bounds as the scalar search sums them (the axes in
+    // order, 0 for an axis not stepped), formed before the block is searched.
+    __m256d bound[4][2];
+    for (int g = 1; g < 4; ++g)
         for (int h = 0; h < 2; ++h) {
-            // The bound as the scalar search sums it: the axes in order, 0 for an axis not stepped.
-            __m256d bound = _mm256_setzero_pd();
+            bound[g][h] = _mm256_setzero_pd();
             for (int a = 0; a < 3; ++a) {
                 const __m256i toward = half64(
                     _mm256_loadu_si256(reinterpret_cast<const __m256i*>(kCubeLanes.toward[a] + 8 * g)), h);
@@ -474,11 +470,23 @@ GRITWELL_AVX2 double nearestLengthAcrossCubes2(const SampleForLanes& q) {
                                                     _mm256_set1_pd(q.closeGap[a]));
                 const __m256d away = _mm256_and_pd(_mm256_castsi256_pd(_mm256_cmpgt_epi64(_mm256_setzero_si256(), toward)),
                                                    _mm256_set1_pd(q.farGap[a]));
-                bound = _mm256_add_pd(bound, _mm256_or_pd(close, away));
+                bound[g][h] = _mm256_add_pd(bound[g][h], _mm256_or_pd(close, away));
             }
-            use[h] = _mm256_and_si256(half64(inUse, h),
-                                      _mm256_castpd_si256(_mm256_cmp_pd(bound, _mm256_set1_pd(best), _CMP_LT_OQ)));
+            const __m256i inUse = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(kCubeLanes.inUse + 8 * g));
+            // Padding lanes never pass: their bound becomes NaN.
+            bound[g][h] = _mm256_or_pd(bound[g][h], _mm256_castsi256_pd(_mm256_xor_si256(half64(inUse, h), _mm256_set1_epi32(-1))));
         }
+    __m256d least[2] = {_mm256_set1_pd(kUnset), _mm256_set1_pd(kUnset)};
+    const __m256i all[2] = {_mm256_set1_epi32(-1), _mm256_set1_epi32(-1)};
+    leastInGroup(q, 0, all, least);
+    double best = leastOf(least);
+    __m256d any = _mm256_setzero_pd();
+    for (int g = 1; g < 4; ++g)
+        for (int h = 0; h < 2; ++h) any = _mm256_or_pd(any, _mm256_cmp_pd(bound[g][h], _mm256_set1_pd(best), _CMP_LT_OQ));
+    if (_mm256_testz_pd(any, any)) return best;
+    for (int g = 1; g < 4; ++g) {
+        const __m256i use[2] = {_mm256_castpd_si256(_mm256_cmp_pd(bound[g][0], _mm256_set1_pd(best), _CMP_LT_OQ)),
+                                _mm256_castpd_si256(_mm256_cmp_pd(bound[g][1], _mm256_set1_pd(best), _CMP_LT_OQ))};
         if (_mm256_testz_si256(_mm256_or_si256(use[0], use[1]), _mm256_set1_epi32(-1))) continue;
         leastInGroup(q, g, use, least);
         best = leastOf(least);
