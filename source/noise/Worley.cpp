@@ -374,9 +374,12 @@ GRITWELL_AVX2 [[gnu::always_inline]] inline void leastInGroup(const SampleForLan
     }
     const __m256i count =
         _mm256_i32gather_epi32(reinterpret_cast<const int*>(Poisson_count), _mm256_srli_epi32(hash, 24), 4);
-    // The seed less 2^31 as a signed lane converts exactly; adding 2^31 + 0.5
-    // back gives the scalar's seed + 0.5.
-    const __m256d centre = _mm256_set1_pd(2147483648.5), scale = _mm256_set1_pd(kSeedScale);
+    // Each hash in a 64-bit lane, the seed read as a double by its bits, as
+    // in the AVX-512 form below.
+    const __m256i hash64[2] = {_mm256_cvtepu32_epi64(_mm256_castsi256_si128(hash)),
+                               _mm256_cvtepu32_epi64(_mm256_extracti128_si256(hash, 1))};
+    const __m256d twoTo20 = _mm256_set1_pd(1048576.0), halfStep = _mm256_set1_pd(0x1p-33);
+    const __m256i low32 = _mm256_set1_epi64x(0xffffffff), exponent = _mm256_set1_epi64x(0x4130000000000000);
 #pragma GCC unroll 5
     for (int k = 0; k < 5; ++k) {
         const __m256i live = _mm256_cmpgt_epi32(count, _mm256_set1_epi32(k));
@@ -387,12 +390,12 @@ GRITWELL_AVX2 [[gnu::always_inline]] inline void leastInGroup(const SampleForLan
 #pragma GCC unroll 3
         for (int a = 0; a < 3; ++a) {
             const Churns c = kFeatureChurns[k][a];
-            const __m256i seed = _mm256_add_epi32(_mm256_mullo_epi32(hash, _mm256_set1_epi32(static_cast<std::int32_t>(c.mul))),
-                                                  _mm256_set1_epi32(static_cast<std::int32_t>(c.add + 0x80000000u)));
 #pragma GCC unroll 2
             for (int h = 0; h < 2; ++h) {
-                const __m256d v = _mm256_cvtepi32_pd(h ? _mm256_extracti128_si256(seed, 1) : _mm256_castsi256_si128(seed));
-                const __m256d unit = _mm256_mul_pd(_mm256_add_pd(v, centre), scale);
+                const __m256i seed = _mm256_add_epi32(_mm256_mul_epu32(hash64[h], _mm256_set1_epi64x(c.mul)),
+                                                      _mm256_set1_epi64x(c.add));
+                const __m256d shifted = _mm256_castsi256_pd(_mm256_or_si256(_mm256_and_si256(seed, low32), exponent));
+                const __m256d unit = _mm256_add_pd(_mm256_sub_pd(shifted, twoTo20), halfStep);
                 const __m256d d = _mm256_sub_pd(_mm256_add_pd(cube[a][h], unit), _mm256_set1_pd(p.s[a]));
                 const __m256d squared = _mm256_mul_pd(d, d);
                 d2[h] = a == 0 ? squared : _mm256_add_pd(d2[h], squared);
