@@ -240,25 +240,35 @@ template <int Layers>
 
 // F[0..N-1] for the sample s in cell (cx, cy, cz): Layers 3 searches the
 // cells around it in space; Layers 1 the plane's layer k = 0 alone (cz is 0).
+// The chain is cellRows' steps, written into the loop: through an array of
+// rows the plane's search ran 3 ns a point slower.
 template <int N, int Layers, class Key>
 void nearest(const Vec3& s, int cx, int cy, int cz, float* F) {
+    const auto& index = kTables.index;
+    auto low = [](int v) { return static_cast<std::uint8_t>(static_cast<unsigned>(v)); };
     float fi[3], fj[3], fk[Layers];
+    std::uint8_t a[Layers], b[3][Layers];
     for (int d = 0; d < 3; ++d) {
         fi[d] = static_cast<float>(wrapAdd(cx, d - 1));
         fj[d] = static_cast<float>(wrapAdd(cy, d - 1));
     }
-    for (int dk = 0; dk < Layers; ++dk) fk[dk] = static_cast<float>(wrapAdd(cz, dk - Layers / 2));
-    std::uint8_t rows[9 * Layers];
-    cellRows<Layers>(cx, cy, cz, rows);
+    for (int dk = 0; dk < Layers; ++dk) {
+        const int k = wrapAdd(cz, dk - Layers / 2);
+        fk[dk] = static_cast<float>(k);
+        a[dk] = index[low(k)];
+    }
+    for (int dj = 0; dj < 3; ++dj)
+        for (int dk = 0; dk < Layers; ++dk) b[dj][dk] = index[static_cast<std::uint8_t>(a[dk] + low(cy) + dj - 1)];
     for (int r = 0; r < N; ++r) F[r] = Key::kNone;
-    const std::uint8_t* row = rows;
-    for (int di = 0; di < 3; ++di)
+    for (int di = 0; di < 3; ++di) {
+        const std::uint8_t x = static_cast<std::uint8_t>(low(cx) + di - 1);
         for (int dj = 0; dj < 3; ++dj)
             for (int dk = 0; dk < Layers; ++dk) {
-                const Voronoi::Row& c = kTables.coords[*row++];
+                const Voronoi::Row& c = kTables.coords[index[static_cast<std::uint8_t>(b[dj][dk] + x)]];
                 const Vec3 q(fi[di] + c[0], fj[dj] + c[1], fk[dk] + c[2]);
                 keep<N>(Key::key(s - q), F);
             }
+    }
     for (int r = 0; r < N; ++r) F[r] = Key::distance(F[r]);
 }
 
