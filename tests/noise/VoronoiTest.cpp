@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "core/DistanceMetrics.h"
+#include "core/SimdLevel.h"
 #include "core/Vec3.h"
 #include "noise/Voronoi.h"
 
@@ -314,4 +315,45 @@ TEST(Voronoi, ArraysGiveEveryPointTheBitsOfOnePointAtATime) {
             }
         }
     }
+}
+
+TEST(Voronoi, OnePointGivesTheScalarBitsAtEveryLevel) {
+    // In space the vector levels find F1 across the lanes, in an order of
+    // their own: cell corners and faces (exact integers and halves, where
+    // neighbouring cells tie), negative cells, the int range's ends and
+    // beyond, non-finite samples; every metric and type, invalid ones too.
+    std::mt19937 rng(43);
+    std::uniform_real_distribution<float> coord(-30.0f, 30.0f);
+    std::uniform_int_distribution<int> cell(-30, 30);
+    const float inf = std::numeric_limits<float>::infinity();
+    std::vector<Vec3> samples;
+    for (int n = 0; n < 600; ++n) samples.emplace_back(coord(rng), coord(rng), coord(rng));
+    for (int n = 0; n < 200; ++n) samples.emplace_back(float(cell(rng)), cell(rng) + 0.5f, float(cell(rng)));
+    for (const float v : {0.0f, -0.0f, -1.0f, -1e-30f, 2147483520.0f, -2147483648.0f, 3e9f, -1e30f, inf, -inf,
+                          std::numeric_limits<float>::quiet_NaN()}) {
+        samples.emplace_back(v, 0.5f, -3.0f);
+        samples.emplace_back(-7.5f, v, v);
+    }
+    auto bits = [](float v) { return std::isnan(v) ? 0x7fc00000u : std::bit_cast<std::uint32_t>(v); };
+    const SimdLevel before = simdLevel();
+    for (const int m : {0, 1, 2, 3, 4, 5, 6, 7, -1}) {
+        for (const int t : {0, 1, 3, 4, 6, 7, -1}) {
+            const auto get = [&](const Vec3& s) {
+                return Voronoi::Get(s.x, s.y, s.z, Voronoi::VoronoiType(t), Voronoi::DistanceMethod(m));
+            };
+            setSimdLevel(SimdLevel::kScalar);
+            std::vector<float> reference;
+            for (const Vec3& s : samples) reference.push_back(get(s));
+            for (const SimdLevel level : {SimdLevel::kAvx2, SimdLevel::kAvx512}) {
+                if (supportedSimdLevel(level) != level) continue;
+                setSimdLevel(level);
+                int wrong = 0;
+                for (std::size_t i = 0; i < samples.size() && wrong < 3; ++i)
+                    if (bits(get(samples[i])) != bits(reference[i]) && ++wrong)
+                        ADD_FAILURE() << simdLevelName(level) << ", metric " << m << ", type " << t << " at "
+                                      << samples[i] << ": " << get(samples[i]) << " instead of " << reference[i];
+            }
+        }
+    }
+    setSimdLevel(before);
 }
