@@ -8,6 +8,7 @@
 #endif
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdint>
 
@@ -379,31 +380,108 @@ inline __m128 rootLanes(__m128 squared) {
 // b where mask is set, else a (blendv's operand order).
 inline __m128 blend(__m128 a, __m128 b, __m128 mask) { return _mm_or_ps(_mm_and_ps(mask, b), _mm_andnot_ps(mask, a)); }
 
-void nearest4(const float* xs, const float* ys, const float* zs, float jitter, float* f1, float* nx, float* ny,
-              float* nz) {
+// Four points' 27 cells each, the far ones pruned. Each lane names its
+// cells by offsets relative to its point: its own cell, the neighbour on its
+// nearer side and the one on its farther side, so the 2x2x2 cells nearest
+// every lane are searched first and the other 19 only where a lane may find
+// a nearer feature in them.
+//
+// The prune cannot change the answer: along an axis a cell's features lie
+// between place(t, jitter, 0) and place(t, jitter, 1) (the placement is
+// monotone in the cell value, which is in [0, 1]), so the rounded gap from
+// the point to that span never exceeds any feature's rounded |dx|, and the
+// squares summed in the same axis order never exceed its squared distance.
+// A cell whose bound in every lane is above that lane's least distance so
+// far can neither win nor tie there. A NaN gap counts as 0, never a reason
+// to skip. Candidates come out of the reference's visiting order, so a lane
+// keeps the least (distance, cell number), the number counting in that
+// order, and the earlier of equal distances stays ahead as there.
+struct AxisLanes {
+    // At the offsets own, nearer and farther, taken once a point instead of
+    // once a cell: the cell centres (also widened), their cell indices and
+    // those times the row and layer strides, the least squared |dx| of any
+    // feature there, and the cell's weight in the reference's numbering.
+    __m128 t[3];
+    DoubleLanes4 wide[3];
+    __m128i cell[3], row[3], layer[3];
+    __m128 gapSquared[3];
+    __m128 number[3];
+};
+
+inline AxisLanes axisLanes(__m128 p, __m128d jitter, float stride) {
+    AxisLanes a;
+    const __m128 c = centreLanes(p);
+    const __m128 side = blend(_mm_set1_ps(1.0f), _mm_set1_ps(-1.0f), _mm_cmplt_ps(p, c));
+    const __m128 offset[3] = {_mm_setzero_ps(), side, _mm_sub_ps(_mm_setzero_ps(), side)};
+    const __m128 zero = _mm_setzero_ps(), one = _mm_set1_ps(1.0f);
+    for (int o = 0; o < 3; ++o) {
+        // The own cell's centre is c itself, as c + 0 gives it.
+        a.t[o] = _mm_add_ps(c, offset[o]);
+        a.wide[o] = widen(a.t[o]);
+        a.cell[o] = cellIndex(a.t[o]);
+        a.row[o] = CellNoise::detail::mulLow(a.cell[o], _mm_set1_epi32(CellNoise::detail::kRowStride));
+        a.layer[o] = CellNoise::detail::mulLow(a.cell[o], _mm_set1_epi32(CellNoise::detail::kLayerStride));
+        const __m128 at0 = placeLanes(a.t[o], jitter, zero), at1 = placeLanes(a.t[o], jitter, one);
+        const __m128 below = _mm_sub_ps(_mm_min_ps(at0, at1), p), above = _mm_sub_ps(p, _mm_max_ps(at0, at1));
+        // _mm_max_ps returns its second operand where either is NaN.
+        const __m128 gap = _mm_max_ps(_mm_max_ps(below, above), zero);
+        a.gapSquared[o] = _mm_mul_ps(gap, gap);
+        a.number[o] = _mm_mul_ps(_mm_add_ps(offset[o], one), _mm_set1_ps(stride));
+    }
+    return a;
+}
+
+// The relative cells in the order searched: the nearer block (no farther
+// offset), then by how many axes are on the farther side.
+struct RelativeCell {
+    int x, y, z;
+};
+constexpr std::array<RelativeCell, 27> kRelativeOrder = [] {
+    std::array<RelativeCell, 27> cells{};
+    int n = 0;
+    for (int farther = 0; farther <= 3; ++farther)
+        for (int x = 0; x < 3; ++x)
+            for (int y = 0; y < 3; ++y)
+                for (int z = 0; z < 3; ++z)
+                    if ((x == 2) + (y == 2) + (z == 2) == farther) cells[n++] = {x, y, z};
+    return cells;
+}();
+
+void nearestPruned4(const float* xs, const float* ys, const float* zs, float jitter, float* f1, float* nx, float* ny,
+                    float* nz) {
     const __m128 px = _mm_loadu_ps(xs), py = _mm_loadu_ps(ys), pz = _mm_loadu_ps(zs);
-    const __m128 cx = centreLanes(px), cy = centreLanes(py), cz = centreLanes(pz);
     const __m128d jitterLanes = _mm_set1_pd(static_cast<double>(jitter));
-    __m128 d1 = _mm_set1_ps(kFarAway);
+    const AxisLanes ax = axisLanes(px, jitterLanes, 9.0f), ay = axisLanes(py, jitterLanes, 3.0f),
+                    az = axisLanes(pz, jitterLanes, 1.0f);
+    __m128 d1 = _mm_set1_ps(kFarAway), number = _mm_set1_ps(-1.0f);
     __m128 bx = _mm_setzero_ps(), by = _mm_setzero_ps(), bz = _mm_setzero_ps();
-    for (int i = -1; i <= 1; ++i) {
-        const __m128 tx = _mm_add_ps(cx, _mm_set1_ps(static_cast<float>(i)));
-        for (int j = -1; j <= 1; ++j) {
-            const __m128 ty = _mm_add_ps(cy, _mm_set1_ps(static_cast<float>(j)));
-            for (int k = -1; k <= 1; ++k) {
-                const __m128 tz = _mm_add_ps(cz, _mm_set1_ps(static_cast<float>(k)));
-                const __m128 qx = placeLanes(tx, jitterLanes, CellNoise::cellNoise(tx, ty, tz));
-                const __m128 qy = placeLanes(ty, jitterLanes, CellNoise::cellNoise(ty, tz, tx));
-                const __m128 qz = placeLanes(tz, jitterLanes, CellNoise::cellNoise(tz, tx, ty));
-                const __m128 dx = _mm_sub_ps(px, qx), dy = _mm_sub_ps(py, qy), dz = _mm_sub_ps(pz, qz);
-                const __m128 d = _mm_add_ps(_mm_add_ps(_mm_mul_ps(dx, dx), _mm_mul_ps(dy, dy)), _mm_mul_ps(dz, dz));
-                const __m128 nearer = _mm_cmplt_ps(d, d1);
-                d1 = blend(d1, d, nearer);
-                bx = blend(bx, qx, nearer);
-                by = blend(by, qy, nearer);
-                bz = blend(bz, qz, nearer);
-            }
+    const auto place = [&](const DoubleLanes4& t, __m128i h) {
+        const DoubleLanes4 r = widen(CellNoise::detail::unitFromUnsigned(CellNoise::detail::hash(h)));
+        const __m128d half = _mm_set1_pd(0.5);
+        return narrow({_mm_add_pd(t.low, _mm_mul_pd(jitterLanes, _mm_sub_pd(r.low, half))),
+                       _mm_add_pd(t.high, _mm_mul_pd(jitterLanes, _mm_sub_pd(r.high, half)))});
+    };
+    for (int n = 0; n < 27; ++n) {
+        const int i = kRelativeOrder[n].x, j = kRelativeOrder[n].y, k = kRelativeOrder[n].z;
+        if (n >= 8) {
+            const __m128 bound = _mm_add_ps(_mm_add_ps(ax.gapSquared[i], ay.gapSquared[j]), az.gapSquared[k]);
+            if (_mm_movemask_ps(_mm_cmpngt_ps(bound, d1)) == 0) continue;
         }
+        // cellNoise(tx, ty, tz), cellNoise(ty, tz, tx) and cellNoise(tz, tx, ty).
+        const __m128 qx = place(ax.wide[i], _mm_add_epi32(_mm_add_epi32(ay.row[j], az.layer[k]), ax.cell[i]));
+        const __m128 qy = place(ay.wide[j], _mm_add_epi32(_mm_add_epi32(az.row[k], ax.layer[i]), ay.cell[j]));
+        const __m128 qz = place(az.wide[k], _mm_add_epi32(_mm_add_epi32(ax.row[i], ay.layer[j]), az.cell[k]));
+        const __m128 dx = _mm_sub_ps(px, qx), dy = _mm_sub_ps(py, qy), dz = _mm_sub_ps(pz, qz);
+        const __m128 d = _mm_add_ps(_mm_add_ps(_mm_mul_ps(dx, dx), _mm_mul_ps(dy, dy)), _mm_mul_ps(dz, dz));
+        const __m128 m = _mm_add_ps(_mm_add_ps(ax.number[i], ay.number[j]), az.number[k]);
+        // No cell numbers below -1, so no candidate ties its way past the
+        // largest float, which the reference never keeps.
+        const __m128 nearer = _mm_or_ps(_mm_cmplt_ps(d, d1), _mm_and_ps(_mm_cmpeq_ps(d, d1), _mm_cmplt_ps(m, number)));
+        d1 = blend(d1, d, nearer);
+        number = blend(number, m, nearer);
+        bx = blend(bx, qx, nearer);
+        by = blend(by, qy, nearer);
+        bz = blend(bz, qz, nearer);
     }
     _mm_storeu_ps(f1, rootLanes(d1));
     _mm_storeu_ps(nx, bx);
@@ -588,7 +666,8 @@ void voronoi_f1_3d(const float* x, const float* y, const float* z, int n, float 
             nearest8(x + done, y + done, z + done, jitter, f1 + done, nearestX + done, nearestY + done,
                      nearestZ + done);
     for (; done + 4 <= n; done += 4)
-        nearest4(x + done, y + done, z + done, jitter, f1 + done, nearestX + done, nearestY + done, nearestZ + done);
+        nearestPruned4(x + done, y + done, z + done, jitter, f1 + done, nearestX + done, nearestY + done,
+                       nearestZ + done);
     for (; done < n; ++done) {
         const float p[3] = {x[done], y[done], z[done]};
         float pos1[3];

@@ -150,7 +150,14 @@ TEST(ARMan, NonFiniteSamplesFindNoFeature) {
 TEST(ARMan, NearestFeatureOverArraysHasTheBitsOfThePointByPointSearch) {
     // Ordinary points, integers and half-integers on cell seams, far-out and
     // non-finite coordinates; 1,001 points, so a tail follows the groups of
-    // sixteen.
+    // sixteen. Then points where a search that skips cells could go wrong:
+    // on faces, edges and corners (without jitter, features equally near
+    // across them), at centres, where centres stop being apart (2^23, 2^24)
+    // and at the most negative cells.
+    const float seams[][3] = {{1.0f, 1.0f, 1.0f},       {-1.0f, -1.0f, -1.0f},    {0.0f, 0.5f, -0.5f},
+                              {2.5f, -3.0f, 4.0f},      {-0.5f, -0.5f, 0.0f},     {7.5f, 7.5f, 7.5f},
+                              {8388608.0f, 0.5f, 1.0f}, {16777216.0f, -1.0f, 2.0f}, {-2147483648.0f, 0.0f, 3.5f},
+                              {1.0f, -2147483648.0f, -1.0f}};
     std::mt19937 rng(77);
     std::uniform_real_distribution<float> coord(-30.0f, 30.0f);
     const float specials[] = {0.0f, -1.0f, 2.5f, -3.5f, 1e8f, -2147483648.0f, 3e9f,
@@ -161,9 +168,14 @@ TEST(ARMan, NearestFeatureOverArraysHasTheBitsOfThePointByPointSearch) {
         y.push_back(i % 5 == 0 ? std::round(coord(rng)) : coord(rng));
         z.push_back(i % 11 == 0 ? specials[rng() % 9] : coord(rng));
     }
+    for (const auto& p : seams) {
+        x.push_back(p[0]);
+        y.push_back(p[1]);
+        z.push_back(p[2]);
+    }
     const int n = static_cast<int>(x.size());
     auto bits = [](float v) { return std::isnan(v) ? 0x7fc00000u : std::bit_cast<std::uint32_t>(v); };
-    for (const float jitter : {0.0f, 0.6f, 1.0f, 2.5f}) {
+    for (const float jitter : {0.0f, 0.6f, 0.984375f, 1.0f, 2.5f, -0.75f}) {
         std::vector<float> f1(x.size()), nx(x.size()), ny(x.size()), nz(x.size());
         ARMan::voronoi_f1_3d(x.data(), y.data(), z.data(), n, jitter, f1.data(), nx.data(), ny.data(), nz.data());
         int wrong = 0;
