@@ -281,42 +281,6 @@ GRITWELL_AVX2 inline __m256 rootLanes(__m256 squared) {
     return narrow({_mm256_sqrt_pd(d.low), _mm256_sqrt_pd(d.high)});
 }
 
-GRITWELL_AVX2 void nearest8(const float* xs, const float* ys, const float* zs, float jitter, float* f1, float* nx,
-                            float* ny, float* nz) {
-    const __m256 px = _mm256_loadu_ps(xs), py = _mm256_loadu_ps(ys), pz = _mm256_loadu_ps(zs);
-    const __m256 cx = centreLanes(px), cy = centreLanes(py), cz = centreLanes(pz);
-    const __m256d jitterLanes = _mm256_set1_pd(static_cast<double>(jitter));
-    __m256 d1 = _mm256_set1_ps(kFarAway);
-    __m256 bx = _mm256_setzero_ps(), by = _mm256_setzero_ps(), bz = _mm256_setzero_ps();
-    for (int i = -1; i <= 1; ++i) {
-        const __m256 tx = _mm256_add_ps(cx, _mm256_set1_ps(static_cast<float>(i)));
-        for (int j = -1; j <= 1; ++j) {
-            const __m256 ty = _mm256_add_ps(cy, _mm256_set1_ps(static_cast<float>(j)));
-            for (int k = -1; k <= 1; ++k) {
-                const __m256 tz = _mm256_add_ps(cz, _mm256_set1_ps(static_cast<float>(k)));
-                const __m256 rx = CellNoise::cellNoise(tx, ty, tz);
-                const __m256 ry = CellNoise::cellNoise(ty, tz, tx);
-                const __m256 rz = CellNoise::cellNoise(tz, tx, ty);
-                const __m256 qx = placeLanes(tx, jitterLanes, rx);
-                const __m256 qy = placeLanes(ty, jitterLanes, ry);
-                const __m256 qz = placeLanes(tz, jitterLanes, rz);
-                const __m256 dx = _mm256_sub_ps(px, qx), dy = _mm256_sub_ps(py, qy), dz = _mm256_sub_ps(pz, qz);
-                const __m256 d =
-                    _mm256_add_ps(_mm256_add_ps(_mm256_mul_ps(dx, dx), _mm256_mul_ps(dy, dy)), _mm256_mul_ps(dz, dz));
-                const __m256 nearer = _mm256_cmp_ps(d, d1, _CMP_LT_OQ);
-                d1 = _mm256_blendv_ps(d1, d, nearer);
-                bx = _mm256_blendv_ps(bx, qx, nearer);
-                by = _mm256_blendv_ps(by, qy, nearer);
-                bz = _mm256_blendv_ps(bz, qz, nearer);
-            }
-        }
-    }
-    _mm256_storeu_ps(f1, rootLanes(d1));
-    _mm256_storeu_ps(nx, bx);
-    _mm256_storeu_ps(ny, by);
-    _mm256_storeu_ps(nz, bz);
-}
-
 GRITWELL_AVX2 void twoNearest8(const float* xs, const float* ys, float jitter, float* f1, float* f2, float* nx,
                                float* ny, float* sx, float* sy) {
     const __m256 px = _mm256_loadu_ps(xs), py = _mm256_loadu_ps(ys);
@@ -352,6 +316,101 @@ GRITWELL_AVX2 void twoNearest8(const float* xs, const float* ys, float jitter, f
     _mm256_storeu_ps(ny, by);
     _mm256_storeu_ps(sx, cx2);
     _mm256_storeu_ps(sy, cy2);
+}
+
+// The relative cells in the order searched: the nearer block (no farther
+// offset), then by how many axes are on the farther side.
+struct RelativeCell {
+    int x, y, z;
+};
+constexpr std::array<RelativeCell, 27> kRelativeOrder = [] {
+    std::array<RelativeCell, 27> cells{};
+    int n = 0;
+    for (int farther = 0; farther <= 3; ++farther)
+        for (int x = 0; x < 3; ++x)
+            for (int y = 0; y < 3; ++y)
+                for (int z = 0; z < 3; ++z)
+                    if ((x == 2) + (y == 2) + (z == 2) == farther) cells[n++] = {x, y, z};
+    return cells;
+}();
+
+// nearestPruned4's search on eight lanes (below, with the argument).
+struct AxisLanes8 {
+    __m256 t[3];
+    DoubleLanes8 wide[3];
+    __m256i cell[3], row[3], layer[3];
+    __m256 gapSquared[3];
+    __m256 number[3];
+};
+
+GRITWELL_AVX2 inline AxisLanes8 axisLanes(__m256 p, __m256d jitter, float stride) {
+    AxisLanes8 a;
+    const __m256 c = centreLanes(p);
+    const __m256 side = _mm256_blendv_ps(_mm256_set1_ps(1.0f), _mm256_set1_ps(-1.0f), _mm256_cmp_ps(p, c, _CMP_LT_OQ));
+    const __m256 zero = _mm256_setzero_ps(), one = _mm256_set1_ps(1.0f);
+    const __m256 offset[3] = {zero, side, _mm256_sub_ps(zero, side)};
+    for (int o = 0; o < 3; ++o) {
+        a.t[o] = _mm256_add_ps(c, offset[o]);
+        a.wide[o] = widen(a.t[o]);
+        a.cell[o] = cellIndex(a.t[o]);
+        a.row[o] = _mm256_mullo_epi32(a.cell[o], _mm256_set1_epi32(CellNoise::detail::kRowStride));
+        a.layer[o] = _mm256_mullo_epi32(a.cell[o], _mm256_set1_epi32(CellNoise::detail::kLayerStride));
+        const __m256 at0 = placeLanes(a.t[o], jitter, zero), at1 = placeLanes(a.t[o], jitter, one);
+        const __m256 below = _mm256_sub_ps(_mm256_min_ps(at0, at1), p),
+                     above = _mm256_sub_ps(p, _mm256_max_ps(at0, at1));
+        const __m256 gap = _mm256_max_ps(_mm256_max_ps(below, above), zero);
+        a.gapSquared[o] = _mm256_mul_ps(gap, gap);
+        a.number[o] = _mm256_mul_ps(_mm256_add_ps(offset[o], one), _mm256_set1_ps(stride));
+    }
+    return a;
+}
+
+// placeLanes on a widened centre and the cell hash's value.
+GRITWELL_AVX2 inline __m256 placeWide(const DoubleLanes8& t, __m256d jitter, __m256i h) {
+    const DoubleLanes8 r = widen(CellNoise::detail::unitFromUnsigned(CellNoise::detail::hash(h)));
+    const __m256d half = _mm256_set1_pd(0.5);
+    return narrow({_mm256_add_pd(t.low, _mm256_mul_pd(jitter, _mm256_sub_pd(r.low, half))),
+                   _mm256_add_pd(t.high, _mm256_mul_pd(jitter, _mm256_sub_pd(r.high, half)))});
+}
+
+GRITWELL_AVX2 void nearestPruned8(const float* xs, const float* ys, const float* zs, float jitter, float* f1,
+                                  float* nx, float* ny, float* nz) {
+    const __m256 px = _mm256_loadu_ps(xs), py = _mm256_loadu_ps(ys), pz = _mm256_loadu_ps(zs);
+    const __m256d jitterLanes = _mm256_set1_pd(static_cast<double>(jitter));
+    const AxisLanes8 ax = axisLanes(px, jitterLanes, 9.0f), ay = axisLanes(py, jitterLanes, 3.0f),
+                     az = axisLanes(pz, jitterLanes, 1.0f);
+    __m256 d1 = _mm256_set1_ps(kFarAway), number = _mm256_set1_ps(-1.0f);
+    __m256 bx = _mm256_setzero_ps(), by = _mm256_setzero_ps(), bz = _mm256_setzero_ps();
+    for (int n = 0; n < 27; ++n) {
+        const int i = kRelativeOrder[n].x, j = kRelativeOrder[n].y, k = kRelativeOrder[n].z;
+        if (n >= 8) {
+            const __m256 bound =
+                _mm256_add_ps(_mm256_add_ps(ax.gapSquared[i], ay.gapSquared[j]), az.gapSquared[k]);
+            if (_mm256_movemask_ps(_mm256_cmp_ps(bound, d1, _CMP_NGT_UQ)) == 0) continue;
+        }
+        const __m256 qx =
+            placeWide(ax.wide[i], jitterLanes, _mm256_add_epi32(_mm256_add_epi32(ay.row[j], az.layer[k]), ax.cell[i]));
+        const __m256 qy =
+            placeWide(ay.wide[j], jitterLanes, _mm256_add_epi32(_mm256_add_epi32(az.row[k], ax.layer[i]), ay.cell[j]));
+        const __m256 qz =
+            placeWide(az.wide[k], jitterLanes, _mm256_add_epi32(_mm256_add_epi32(ax.row[i], ay.layer[j]), az.cell[k]));
+        const __m256 dx = _mm256_sub_ps(px, qx), dy = _mm256_sub_ps(py, qy), dz = _mm256_sub_ps(pz, qz);
+        const __m256 d =
+            _mm256_add_ps(_mm256_add_ps(_mm256_mul_ps(dx, dx), _mm256_mul_ps(dy, dy)), _mm256_mul_ps(dz, dz));
+        const __m256 m = _mm256_add_ps(_mm256_add_ps(ax.number[i], ay.number[j]), az.number[k]);
+        const __m256 nearer =
+            _mm256_or_ps(_mm256_cmp_ps(d, d1, _CMP_LT_OQ),
+                         _mm256_and_ps(_mm256_cmp_ps(d, d1, _CMP_EQ_OQ), _mm256_cmp_ps(m, number, _CMP_LT_OQ)));
+        d1 = _mm256_blendv_ps(d1, d, nearer);
+        number = _mm256_blendv_ps(number, m, nearer);
+        bx = _mm256_blendv_ps(bx, qx, nearer);
+        by = _mm256_blendv_ps(by, qy, nearer);
+        bz = _mm256_blendv_ps(bz, qz, nearer);
+    }
+    _mm256_storeu_ps(f1, rootLanes(d1));
+    _mm256_storeu_ps(nx, bx);
+    _mm256_storeu_ps(ny, by);
+    _mm256_storeu_ps(nz, bz);
 }
 
 // ---- Four points at a time, on any x86-64 (SSE2) ----------------------------
@@ -430,22 +489,6 @@ inline AxisLanes axisLanes(__m128 p, __m128d jitter, float stride) {
     }
     return a;
 }
-
-// The relative cells in the order searched: the nearer block (no farther
-// offset), then by how many axes are on the farther side.
-struct RelativeCell {
-    int x, y, z;
-};
-constexpr std::array<RelativeCell, 27> kRelativeOrder = [] {
-    std::array<RelativeCell, 27> cells{};
-    int n = 0;
-    for (int farther = 0; farther <= 3; ++farther)
-        for (int x = 0; x < 3; ++x)
-            for (int y = 0; y < 3; ++y)
-                for (int z = 0; z < 3; ++z)
-                    if ((x == 2) + (y == 2) + (z == 2) == farther) cells[n++] = {x, y, z};
-    return cells;
-}();
 
 void nearestPruned4(const float* xs, const float* ys, const float* zs, float jitter, float* f1, float* nx, float* ny,
                     float* nz) {
@@ -663,8 +706,8 @@ void voronoi_f1_3d(const float* x, const float* y, const float* z, int n, float 
                       nearestZ + done);
     if (level >= SimdLevel::kAvx2)
         for (; done + 8 <= n; done += 8)
-            nearest8(x + done, y + done, z + done, jitter, f1 + done, nearestX + done, nearestY + done,
-                     nearestZ + done);
+            nearestPruned8(x + done, y + done, z + done, jitter, f1 + done, nearestX + done, nearestY + done,
+                           nearestZ + done);
     for (; done + 4 <= n; done += 4)
         nearestPruned4(x + done, y + done, z + done, jitter, f1 + done, nearestX + done, nearestY + done,
                        nearestZ + done);
