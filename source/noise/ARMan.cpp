@@ -172,6 +172,22 @@ void nearestInSpace(const float* P, float jitter, float& f1, float* pos1) {
 
 namespace {
 
+// The relative cells in the order searched: the nearer block (no farther
+// offset), then by how many axes are on the farther side.
+struct RelativeCell {
+    int x, y, z;
+};
+constexpr std::array<RelativeCell, 27> kRelativeOrder = [] {
+    std::array<RelativeCell, 27> cells{};
+    int n = 0;
+    for (int farther = 0; farther <= 3; ++farther)
+        for (int x = 0; x < 3; ++x)
+            for (int y = 0; y < 3; ++y)
+                for (int z = 0; z < 3; ++z)
+                    if ((x == 2) + (y == 2) + (z == 2) == farther) cells[n++] = {x, y, z};
+    return cells;
+}();
+
 // cellCentre, lane by lane.
 GRITWELL_AVX512 inline __m512 centreLanes(__m512 v) {
     const __m512i cell = cellIndex(v);
@@ -188,35 +204,75 @@ GRITWELL_AVX512 inline __m512 placeLanes(__m512 t, __m512d jitter, __m512 r) {
                    _mm512_add_pd(th.high, _mm512_mul_pd(jitter, _mm512_sub_pd(rh.high, half)))});
 }
 
-GRITWELL_AVX512 void nearest16(const float* xs, const float* ys, const float* zs, float jitter, float* f1,
-                               float* nx, float* ny, float* nz) {
+// nearestPruned4's search on sixteen lanes (below, with the argument).
+struct AxisLanes16 {
+    DoubleLanes wide[3];
+    __m512i cell[3], row[3], layer[3];
+    __m512 gapSquared[3];
+    __m512 number[3];
+};
+
+GRITWELL_AVX512 inline AxisLanes16 axisLanes(__m512 p, __m512d jitter, float stride) {
+    AxisLanes16 a;
+    const __m512 c = centreLanes(p);
+    const __m512 zero = _mm512_setzero_ps(), one = _mm512_set1_ps(1.0f);
+    const __m512 side = _mm512_mask_blend_ps(_mm512_cmp_ps_mask(p, c, _CMP_LT_OQ), one, _mm512_set1_ps(-1.0f));
+    const __m512 offset[3] = {zero, side, _mm512_sub_ps(zero, side)};
+    for (int o = 0; o < 3; ++o) {
+        const __m512 t = _mm512_add_ps(c, offset[o]);
+        a.wide[o] = widen(t);
+        a.cell[o] = cellIndex(t);
+        a.row[o] = _mm512_mullo_epi32(a.cell[o], _mm512_set1_epi32(CellNoise::detail::kRowStride));
+        a.layer[o] = _mm512_mullo_epi32(a.cell[o], _mm512_set1_epi32(CellNoise::detail::kLayerStride));
+        const __m512 at0 = placeLanes(t, jitter, zero), at1 = placeLanes(t, jitter, one);
+        const __m512 below = _mm512_sub_ps(_mm512_min_ps(at0, at1), p),
+                     above = _mm512_sub_ps(p, _mm512_max_ps(at0, at1));
+        const __m512 gap = _mm512_max_ps(_mm512_max_ps(below, above), zero);
+        a.gapSquared[o] = _mm512_mul_ps(gap, gap);
+        a.number[o] = _mm512_mul_ps(_mm512_add_ps(offset[o], one), _mm512_set1_ps(stride));
+    }
+    return a;
+}
+
+GRITWELL_AVX512 inline __m512 placeWide(const DoubleLanes& t, __m512d jitter, __m512i h) {
+    const DoubleLanes r = widen(CellNoise::detail::unitFromUnsigned(CellNoise::detail::hash(h)));
+    const __m512d half = _mm512_set1_pd(0.5);
+    return narrow({_mm512_add_pd(t.low, _mm512_mul_pd(jitter, _mm512_sub_pd(r.low, half))),
+                   _mm512_add_pd(t.high, _mm512_mul_pd(jitter, _mm512_sub_pd(r.high, half)))});
+}
+
+GRITWELL_AVX512 void nearestPruned16(const float* xs, const float* ys, const float* zs, float jitter, float* f1,
+                                     float* nx, float* ny, float* nz) {
     const __m512 px = _mm512_loadu_ps(xs), py = _mm512_loadu_ps(ys), pz = _mm512_loadu_ps(zs);
-    const __m512 cx = centreLanes(px), cy = centreLanes(py), cz = centreLanes(pz);
     const __m512d jitterLanes = _mm512_set1_pd(static_cast<double>(jitter));
-    __m512 d1 = _mm512_set1_ps(kFarAway);
+    const AxisLanes16 ax = axisLanes(px, jitterLanes, 9.0f), ay = axisLanes(py, jitterLanes, 3.0f),
+                      az = axisLanes(pz, jitterLanes, 1.0f);
+    __m512 d1 = _mm512_set1_ps(kFarAway), number = _mm512_set1_ps(-1.0f);
     __m512 bx = _mm512_setzero_ps(), by = _mm512_setzero_ps(), bz = _mm512_setzero_ps();
-    for (int i = -1; i <= 1; ++i) {
-        const __m512 tx = _mm512_add_ps(cx, _mm512_set1_ps(static_cast<float>(i)));
-        for (int j = -1; j <= 1; ++j) {
-            const __m512 ty = _mm512_add_ps(cy, _mm512_set1_ps(static_cast<float>(j)));
-            for (int k = -1; k <= 1; ++k) {
-                const __m512 tz = _mm512_add_ps(cz, _mm512_set1_ps(static_cast<float>(k)));
-                const __m512 rx = CellNoise::cellNoise(tx, ty, tz);
-                const __m512 ry = CellNoise::cellNoise(ty, tz, tx);
-                const __m512 rz = CellNoise::cellNoise(tz, tx, ty);
-                const __m512 qx = placeLanes(tx, jitterLanes, rx);
-                const __m512 qy = placeLanes(ty, jitterLanes, ry);
-                const __m512 qz = placeLanes(tz, jitterLanes, rz);
-                const __m512 dx = _mm512_sub_ps(px, qx), dy = _mm512_sub_ps(py, qy), dz = _mm512_sub_ps(pz, qz);
-                const __m512 d =
-                    _mm512_add_ps(_mm512_add_ps(_mm512_mul_ps(dx, dx), _mm512_mul_ps(dy, dy)), _mm512_mul_ps(dz, dz));
-                const __mmask16 nearer = _mm512_cmp_ps_mask(d, d1, _CMP_LT_OQ);
-                d1 = _mm512_mask_blend_ps(nearer, d1, d);
-                bx = _mm512_mask_blend_ps(nearer, bx, qx);
-                by = _mm512_mask_blend_ps(nearer, by, qy);
-                bz = _mm512_mask_blend_ps(nearer, bz, qz);
-            }
+    for (int n = 0; n < 27; ++n) {
+        const int i = kRelativeOrder[n].x, j = kRelativeOrder[n].y, k = kRelativeOrder[n].z;
+        if (n >= 8) {
+            const __m512 bound =
+                _mm512_add_ps(_mm512_add_ps(ax.gapSquared[i], ay.gapSquared[j]), az.gapSquared[k]);
+            if (_mm512_cmp_ps_mask(bound, d1, _CMP_NGT_UQ) == 0) continue;
         }
+        const __m512 qx =
+            placeWide(ax.wide[i], jitterLanes, _mm512_add_epi32(_mm512_add_epi32(ay.row[j], az.layer[k]), ax.cell[i]));
+        const __m512 qy =
+            placeWide(ay.wide[j], jitterLanes, _mm512_add_epi32(_mm512_add_epi32(az.row[k], ax.layer[i]), ay.cell[j]));
+        const __m512 qz =
+            placeWide(az.wide[k], jitterLanes, _mm512_add_epi32(_mm512_add_epi32(ax.row[i], ay.layer[j]), az.cell[k]));
+        const __m512 dx = _mm512_sub_ps(px, qx), dy = _mm512_sub_ps(py, qy), dz = _mm512_sub_ps(pz, qz);
+        const __m512 d =
+            _mm512_add_ps(_mm512_add_ps(_mm512_mul_ps(dx, dx), _mm512_mul_ps(dy, dy)), _mm512_mul_ps(dz, dz));
+        const __m512 m = _mm512_add_ps(_mm512_add_ps(ax.number[i], ay.number[j]), az.number[k]);
+        const __mmask16 nearer = _mm512_cmp_ps_mask(d, d1, _CMP_LT_OQ) |
+                                 (_mm512_cmp_ps_mask(d, d1, _CMP_EQ_OQ) & _mm512_cmp_ps_mask(m, number, _CMP_LT_OQ));
+        d1 = _mm512_mask_blend_ps(nearer, d1, d);
+        number = _mm512_mask_blend_ps(nearer, number, m);
+        bx = _mm512_mask_blend_ps(nearer, bx, qx);
+        by = _mm512_mask_blend_ps(nearer, by, qy);
+        bz = _mm512_mask_blend_ps(nearer, bz, qz);
     }
     const DoubleLanes squared = widen(d1);
     _mm512_storeu_ps(f1, narrow({_mm512_sqrt_pd(squared.low), _mm512_sqrt_pd(squared.high)}));
@@ -317,22 +373,6 @@ GRITWELL_AVX2 void twoNearest8(const float* xs, const float* ys, float jitter, f
     _mm256_storeu_ps(sx, cx2);
     _mm256_storeu_ps(sy, cy2);
 }
-
-// The relative cells in the order searched: the nearer block (no farther
-// offset), then by how many axes are on the farther side.
-struct RelativeCell {
-    int x, y, z;
-};
-constexpr std::array<RelativeCell, 27> kRelativeOrder = [] {
-    std::array<RelativeCell, 27> cells{};
-    int n = 0;
-    for (int farther = 0; farther <= 3; ++farther)
-        for (int x = 0; x < 3; ++x)
-            for (int y = 0; y < 3; ++y)
-                for (int z = 0; z < 3; ++z)
-                    if ((x == 2) + (y == 2) + (z == 2) == farther) cells[n++] = {x, y, z};
-    return cells;
-}();
 
 // nearestPruned4's search on eight lanes (below, with the argument).
 struct AxisLanes8 {
@@ -702,8 +742,8 @@ void voronoi_f1_3d(const float* x, const float* y, const float* z, int n, float 
     const SimdLevel level = simdLevel();
     if (level == SimdLevel::kAvx512)
         for (; done + 16 <= n; done += 16)
-            nearest16(x + done, y + done, z + done, jitter, f1 + done, nearestX + done, nearestY + done,
-                      nearestZ + done);
+            nearestPruned16(x + done, y + done, z + done, jitter, f1 + done, nearestX + done, nearestY + done,
+                            nearestZ + done);
     if (level >= SimdLevel::kAvx2)
         for (; done + 8 <= n; done += 8)
             nearestPruned8(x + done, y + done, z + done, jitter, f1 + done, nearestX + done, nearestY + done,
