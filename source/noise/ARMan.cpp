@@ -166,9 +166,11 @@ void nearestInSpace(const float* P, float jitter, float& f1, float* pos1) {
 // ---- The searches, sixteen, eight or four points at a time -------------------
 //
 // voronoi_f1f2_2d's and voronoi_f1_3d's searches, one lane per point, with
-// the same operations in the same order: the cell hash on 32-bit lanes, the
-// double-precision centre and placement in two halves, and the strict
-// comparison that lets the earlier of equal candidates stay ahead.
+// the same operations on each candidate: the cell hash on 32-bit lanes, the
+// double-precision centre and placement in two halves. The plane's visit
+// the cells in order, where a strict comparison lets the earlier of equal
+// candidates stay ahead; space's visit the nearer cells first and prune
+// (nearestPruned4, below, says why the answer is the same).
 
 namespace {
 
