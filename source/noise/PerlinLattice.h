@@ -195,23 +195,6 @@ GRITWELL_AVX2 inline PermPair8 permPair(__m256i i) {
     return {_mm256_and_si256(word, low8), _mm256_and_si256(_mm256_srli_epi32(word, 8), low8)};
 }
 
-GRITWELL_AVX2 inline PermPair8 nextAxis(__m256i h, __m256i i) { return permPair(_mm256_add_epi32(h, i)); }
-
-GRITWELL_AVX2 inline void cornerHashes(__m256i ix, __m256i iy, __m256i (&h)[4]) {
-    const PermPair8 x = permPair(ix);
-    const PermPair8 a = nextAxis(x.near, iy), b = nextAxis(x.far, iy);
-    h[0] = a.near, h[1] = b.near, h[2] = a.far, h[3] = b.far;
-}
-
-GRITWELL_AVX2 inline void cornerHashes(__m256i ix, __m256i iy, __m256i iz, __m256i (&h)[8]) {
-    __m256i s[4];
-    cornerHashes(ix, iy, s);
-    const PermPair8 c0 = nextAxis(s[0], iz), c1 = nextAxis(s[1], iz), c2 = nextAxis(s[2], iz),
-                    c3 = nextAxis(s[3], iz);
-    h[0] = c0.near, h[1] = c1.near, h[2] = c2.near, h[3] = c3.near;
-    h[4] = c0.far, h[5] = c1.far, h[6] = c2.far, h[7] = c3.far;
-}
-
 // Sixteen lanes: the 256 entries held in registers and read with byte
 // permutes (ByteTableLanes). The doubled table repeats, so an index's low
 // byte is all a lookup needs.
