@@ -213,6 +213,26 @@ GRITWELL_AVX2 inline __m256 threadLanes(bool randomize, float plain, float lo, f
                          _mm256_set1_ps(lo));
 }
 
+// Threads across eight lanes.
+struct ThreadLanes {
+    __m256 hc, vc, h0, h1, va, vb;
+    __m256i ix, iy;
+};
+
+GRITWELL_AVX2 inline ThreadLanes threadLanes(const WeaveTexture3D::Record& r, __m256 x, __m256 y) {
+    ThreadLanes t;
+    t.ix = cellIndex(x);
+    t.iy = cellIndex(y);
+    t.hc = threadLanes(r.horizontalRandomize != 0, r.horizontalColor, r.horizontalMinColor, r.horizontalMaxColor,
+                       t.iy);
+    t.vc = threadLanes(r.verticalRandomize != 0, r.verticalColor, r.verticalMinColor, r.verticalMaxColor, t.ix);
+    t.h0 = _mm256_set1_ps(0.5f - r.horizontalWidth / 2.0f);
+    t.h1 = _mm256_set1_ps(0.5f + r.horizontalWidth / 2.0f);
+    t.va = _mm256_set1_ps(0.5f - r.verticalWidth / 2.0f);
+    t.vb = _mm256_set1_ps(0.5f + r.verticalWidth / 2.0f);
+    return t;
+}
+
 // shade(c, strength, angle) in the lanes of `shaded`, c elsewhere.
 GRITWELL_AVX2 inline __m256 shadeLanes(__m256 c, __m256 strength, __m256d angleLow, __m256d angleHigh, __m256 shaded) {
     const int lanes = _mm256_movemask_ps(shaded);
@@ -241,13 +261,9 @@ GRITWELL_AVX2 inline __m256 shadeLanes(__m256 c, __m256 strength, __m256d angleL
 
 GRITWELL_AVX2 void simple8(const WeaveTexture3D::Record& r, const float* xs, const float* ys, float* out) {
     const __m256 x = _mm256_loadu_ps(xs), y = _mm256_loadu_ps(ys);
-    const __m256i ix = cellIndex(x), iy = cellIndex(y);
-    const __m256 hc = threadLanes(r.horizontalRandomize != 0, r.horizontalColor, r.horizontalMinColor,
-                                  r.horizontalMaxColor, iy);
-    const __m256 vc =
-        threadLanes(r.verticalRandomize != 0, r.verticalColor, r.verticalMinColor, r.verticalMaxColor, ix);
-    const __m256 h0 = _mm256_set1_ps(0.5f - r.horizontalWidth / 2.0f), h1 = _mm256_set1_ps(0.5f + r.horizontalWidth / 2.0f);
-    const __m256 va = _mm256_set1_ps(0.5f - r.verticalWidth / 2.0f), vb = _mm256_set1_ps(0.5f + r.verticalWidth / 2.0f);
+    const ThreadLanes t = threadLanes(r, x, y);
+    const __m256i ix = t.ix, iy = t.iy;
+    const __m256 hc = t.hc, vc = t.vc, h0 = t.h0, h1 = t.h1, va = t.va, vb = t.vb;
     const DoubleLanes8 fx = {plainFractionLanes(widen(x).low), plainFractionLanes(widen(x).high)};
     const DoubleLanes8 fy = {plainFractionLanes(widen(y).low), plainFractionLanes(widen(y).high)};
     const __m256 pulseX = narrow(fx), pulseY = narrow(fy);
@@ -314,13 +330,8 @@ GRITWELL_AVX2 inline __m256d twillAngles(__m256d f, double near, double far, __m
 
 GRITWELL_AVX2 void twill8(const WeaveTexture3D::Record& r, const float* xs, const float* ys, float* out) {
     const __m256 x = _mm256_loadu_ps(xs), y = _mm256_loadu_ps(ys);
-    const __m256i ix = cellIndex(x), iy = cellIndex(y);
-    const __m256 hc = threadLanes(r.horizontalRandomize != 0, r.horizontalColor, r.horizontalMinColor,
-                                  r.horizontalMaxColor, iy);
-    const __m256 vc =
-        threadLanes(r.verticalRandomize != 0, r.verticalColor, r.verticalMinColor, r.verticalMaxColor, ix);
-    const __m256 h0 = _mm256_set1_ps(0.5f - r.horizontalWidth / 2.0f), h1 = _mm256_set1_ps(0.5f + r.horizontalWidth / 2.0f);
-    const __m256 va = _mm256_set1_ps(0.5f - r.verticalWidth / 2.0f), vb = _mm256_set1_ps(0.5f + r.verticalWidth / 2.0f);
+    const ThreadLanes t = threadLanes(r, x, y);
+    const __m256 hc = t.hc, vc = t.vc, h0 = t.h0, h1 = t.h1, va = t.va, vb = t.vb;
     const DoubleLanes8 xd = widen(x), yd = widen(y);
     const DoubleLanes8 i = {floorLanes(xd.low), floorLanes(xd.high)}, j = {floorLanes(yd.low), floorLanes(yd.high)};
     const __m256 fx = narrow({_mm256_sub_pd(xd.low, i.low), _mm256_sub_pd(xd.high, i.high)});
