@@ -95,9 +95,9 @@ def main():
     with open(readme_part, "w") as f:
         f.write(f"A mesh of a million vertices and faces paints with Brick in about "
                 f"{seconds[('OBJ', 'Brick')]:.1f} s from OBJ and {seconds[('binary PLY', 'Brick')]:.1f} s from\n"
-                f"binary PLY (one core of a busy machine; [docs/benchmarks.md](docs/benchmarks.md)),\n"
-                f"the command's start included; the evaluation itself is {evaluation['Brick'] / 1000:.2f} s for Brick and "
-                f"{evaluation['Voronoi'] / 1000:.2f} s for Voronoi. Phase by phase, in the process: reading "
+                f"binary PLY (one core of a shared machine; [docs/benchmarks.md](docs/benchmarks.md)),\n"
+                f"the command's start included; the evaluation itself is {evaluation['Brick']:.0f} ms for Brick and "
+                f"{evaluation['Voronoi']:.0f} ms for Voronoi. Phase by phase, in the process: reading "
                 f"{ms['Paint/read/binary PLY']} ms\n(binary PLY) or {ms['Paint/read/OBJ']} ms (OBJ), evaluating "
                 f"{ms['Paint/evaluate/Brick']} ms (Brick), writing the painted PLY {ms['Paint/write/PLY']} ms.\n")
 
