@@ -24,6 +24,24 @@ inline const std::vector<BenchPoint>& benchPoints() {
     return points;
 }
 
+// The cloud as three coordinate arrays, for the calls over arrays.
+struct BenchAxes {
+    std::vector<float> x, y, z;
+};
+
+inline const BenchAxes& benchAxes() {
+    static const BenchAxes axes = [] {
+        BenchAxes a;
+        for (const BenchPoint& p : benchPoints()) {
+            a.x.push_back(p.x);
+            a.y.push_back(p.y);
+            a.z.push_back(p.z);
+        }
+        return a;
+    }();
+    return axes;
+}
+
 // Times f(point) over the cloud, one point per iteration.
 template <class F>
 void benchOverPoints(benchmark::State& state, F&& f) {

@@ -114,12 +114,7 @@ static void BM_PerlinBatch(benchmark::State& state) {
         return;
     }
     const bool space = state.range(1) == 3;
-    std::vector<float> x, y, z;
-    for (const BenchPoint& p : benchPoints()) {
-        x.push_back(p.x);
-        y.push_back(p.y);
-        z.push_back(p.z);
-    }
+    const auto& [x, y, z] = benchAxes();
     const int n = static_cast<int>(x.size());
     std::vector<float> out(x.size());
     for (auto _ : state) {

@@ -119,12 +119,7 @@ void BM_PerlinNoise3D(benchmark::State& state) {
 // The same noise over the cloud as three coordinate arrays in one call, on
 // the instruction set --simd leaves (the best this processor has).
 void BM_PerlinBatch3D(benchmark::State& state) {
-    std::vector<float> x, y, z;
-    for (const BenchPoint& p : benchPoints()) {
-        x.push_back(p.x);
-        y.push_back(p.y);
-        z.push_back(p.z);
-    }
+    const auto& [x, y, z] = benchAxes();
     const int n = static_cast<int>(x.size());
     std::vector<float> out(x.size());
     for (auto _ : state) {
